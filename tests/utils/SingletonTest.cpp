@@ -1,0 +1,85 @@
+#include "LogCapture.h"
+#include "Singleton.h"
+
+#include <QThread>
+#include <atomic>
+#include <gtest/gtest.h>
+
+namespace {
+
+std::atomic<int> gConstructed{0};
+
+struct Counted
+{
+    Counted()
+    {
+        ++gConstructed;
+        QThread::msleep(0);
+    }
+    int payload = 7;
+};
+
+struct SelfRequesting
+{
+    SelfRequesting() { reentered = Singleton<SelfRequesting>::instance(); }
+    SelfRequesting* reentered = reinterpret_cast<SelfRequesting*>(1);
+};
+
+struct Leaky
+{
+    ~Leaky() { ++destroyed; }
+    static inline int destroyed = 0;
+};
+
+} // namespace
+
+TEST(Singleton, CreatedOnceAcrossThreads)
+{
+    Singleton<Counted>::reset();
+    gConstructed = 0;
+    QList<QThread*> threads;
+    std::atomic<Counted*> seen[8];
+    for (int i = 0; i < 8; ++i) {
+        threads << QThread::create([&seen, i] { seen[i] = Singleton<Counted>::instance(); });
+        threads.last()->start();
+    }
+    for (QThread* t : threads) {
+        t->wait();
+        delete t;
+    }
+    EXPECT_EQ(gConstructed.load(), 1);
+    for (auto& s : seen)
+        EXPECT_EQ(s.load(), Singleton<Counted>::instance());
+}
+
+TEST(Singleton, RecursiveCreationIsReportedAndAnsweredWithNull)
+{
+    LogCapture capture;
+    SelfRequesting* s = Singleton<SelfRequesting>::instance();
+    ASSERT_NE(s, nullptr);
+    EXPECT_EQ(s->reentered, nullptr);
+    EXPECT_EQ(capture.assertions(),
+              QStringList{QStringLiteral("The creation of this singleton has recursively requested the singleton")});
+    EXPECT_EQ(Singleton<SelfRequesting>::instance(), s);
+}
+
+TEST(Singleton, RequestAfterShutdownIsReportedUntilReset)
+{
+    Singleton<Counted>::instance();
+    Singleton<Counted>::shutdown();
+    LogCapture capture;
+    EXPECT_EQ(Singleton<Counted>::instance(), nullptr);
+    EXPECT_EQ(capture.assertions(), QStringList{QStringLiteral("Trying to create singleton after shutdown")});
+    Singleton<Counted>::reset();
+    EXPECT_NE(Singleton<Counted>::instance(), nullptr);
+}
+
+TEST(Singleton, LeakedFlagKeepsTheInstanceAlive)
+{
+    using LeakySingleton = Singleton<Leaky, int(SingletonCreation::Leaked)>;
+    Leaky* first = LeakySingleton::instance();
+    LeakySingleton::reset();
+    EXPECT_EQ(Leaky::destroyed, 0);
+    ASSERT_NE(first, nullptr);
+    EXPECT_NE(LeakySingleton::instance(), nullptr);
+}

@@ -1,0 +1,154 @@
+#include "ConfigRegistry.h"
+
+#include "ConfigValue.h"
+#include "Logger.h"
+
+#include <QFileInfo>
+#include <QMutexLocker>
+#include <QSettings>
+
+ConfigRegistry& ConfigRegistry::instance()
+{
+    static ConfigRegistry registry;
+    return registry;
+}
+
+ConfigRegistry::ConfigRegistry()
+{
+    loadFromEnvironment();
+}
+
+void ConfigRegistry::bump()
+{
+    mGeneration.fetch_add(1, std::memory_order_acq_rel);
+}
+
+void ConfigRegistry::registerValue(ConfigValueBase* value)
+{
+    QMutexLocker lock(&mMutex);
+    mValues.insert(value->key(), value);
+}
+
+void ConfigRegistry::unregisterValue(ConfigValueBase* value)
+{
+    QMutexLocker lock(&mMutex);
+    mValues.remove(value->key(), value);
+}
+
+bool ConfigRegistry::loadFile(const QString& path)
+{
+    const QFileInfo info(path);
+    if (!info.exists()) {
+        Logger::warn(QStringLiteral("Configuration file %1 does not exist; using defaults").arg(path));
+        return false;
+    }
+    if (!info.isReadable() || !info.isFile()) {
+        Logger::warn(QStringLiteral("Configuration file %1 is not readable; using defaults").arg(path));
+        return false;
+    }
+    QSettings settings(path, QSettings::IniFormat);
+    if (settings.status() != QSettings::NoError) {
+        Logger::warn(QStringLiteral("Configuration file %1 could not be parsed; using defaults").arg(path));
+        return false;
+    }
+    QHash<QString, QString> loaded;
+    const QStringList keys = settings.allKeys();
+    for (const QString& key : keys) {
+        const QVariant v = settings.value(key);
+        // QSettings turns "a,b" into a list; configuration values are plain text.
+        loaded.insert(key, v.type() == QVariant::StringList ? v.toStringList().join(QLatin1Char(','))
+                                                            : v.toString());
+    }
+    {
+        QMutexLocker lock(&mMutex);
+        for (auto it = loaded.cbegin(); it != loaded.cend(); ++it)
+            mFileValues.insert(it.key(), it.value());
+    }
+    bump();
+    return true;
+}
+
+void ConfigRegistry::loadFromEnvironment()
+{
+    const QString path = qEnvironmentVariable("ORBIS_CONFIG");
+    if (!path.isEmpty())
+        loadFile(path);
+}
+
+bool ConfigRegistry::applyOverride(const QString& keyEqualsValue)
+{
+    const int eq = keyEqualsValue.indexOf(QLatin1Char('='));
+    const QString key = eq > 0 ? keyEqualsValue.left(eq).trimmed() : QString();
+    if (key.isEmpty()) {
+        Logger::warn(QStringLiteral("Configuration override '%1' is not key=value; ignored").arg(keyEqualsValue));
+        return false;
+    }
+    setOverride(key, keyEqualsValue.mid(eq + 1).trimmed());
+    return true;
+}
+
+void ConfigRegistry::setOverride(const QString& key, const QString& value)
+{
+    {
+        QMutexLocker lock(&mMutex);
+        mOverrides.insert(key, value);
+    }
+    bump();
+}
+
+void ConfigRegistry::clearOverride(const QString& key)
+{
+    {
+        QMutexLocker lock(&mMutex);
+        mOverrides.remove(key);
+    }
+    bump();
+}
+
+bool ConfigRegistry::hasOverride(const QString& key) const
+{
+    QMutexLocker lock(&mMutex);
+    return mOverrides.contains(key);
+}
+
+QString ConfigRegistry::overrideText(const QString& key) const
+{
+    QMutexLocker lock(&mMutex);
+    return mOverrides.value(key);
+}
+
+QString ConfigRegistry::text(const QString& key) const
+{
+    QMutexLocker lock(&mMutex);
+    auto it = mOverrides.constFind(key);
+    if (it != mOverrides.cend())
+        return it.value();
+    auto f = mFileValues.constFind(key);
+    if (f != mFileValues.cend())
+        return f.value();
+    return QString();
+}
+
+QList<ConfigRegistry::Entry> ConfigRegistry::entries() const
+{
+    QList<ConfigValueBase*> values;
+    {
+        QMutexLocker lock(&mMutex);
+        values = mValues.values();
+    }
+    QList<Entry> out;
+    QString lastKey;
+    // QMultiMap::values() is ordered by key; one entry per key.
+    for (ConfigValueBase* v : values) {
+        if (!out.isEmpty() && v->key() == lastKey)
+            continue;
+        lastKey = v->key();
+        Entry e;
+        e.key = v->key();
+        e.defaultValue = v->defaultText();
+        e.currentValue = v->currentText();
+        e.isSet = !text(v->key()).isNull();
+        out.append(e);
+    }
+    return out;
+}

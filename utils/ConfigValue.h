@@ -1,0 +1,123 @@
+#pragma once
+
+#include <QMutex>
+#include <QString>
+#include <atomic>
+
+// Base of the global configuration value objects: a slash-separated key and a
+// default. The typed subclasses parse the registry's text for their key lazily
+// and cache the result until the registry changes.
+class ConfigValueBase
+{
+public:
+    explicit ConfigValueBase(const char* key);
+    virtual ~ConfigValueBase();
+    ConfigValueBase(const ConfigValueBase&) = delete;
+    ConfigValueBase& operator=(const ConfigValueBase&) = delete;
+
+    const QString& key() const { return mKey; }
+    virtual QString defaultText() const = 0;
+    virtual QString currentText() const = 0;
+
+protected:
+    // Re-reads the registry when it changed since the last read. Returns the text
+    // to parse, or a null string when the key is not given (use the default).
+    bool needsRefresh() const;
+    QString fetchText() const;
+    void warnUnparsable(const QString& text, const char* kind) const;
+
+    QString mKey;
+    mutable QMutex mMutex;
+    mutable std::atomic<quint64> mGeneration{0};
+};
+
+template <typename T>
+class TConfigValue : public ConfigValueBase
+{
+public:
+    TConfigValue(const char* key, T defaultValue)
+        : ConfigValueBase(key), mDefault(defaultValue), mValue(defaultValue)
+    {
+    }
+
+    T value() const
+    {
+        if (needsRefresh())
+            refresh();
+        QMutexLocker lock(&mMutex);
+        return mValue;
+    }
+    operator T() const { return value(); }
+    T defaultValue() const { return mDefault; }
+
+protected:
+    virtual bool parse(const QString& text, T& out) const = 0;
+    virtual const char* kindName() const = 0;
+
+private:
+    void refresh() const
+    {
+        const QString text = fetchText();
+        T parsed = mDefault;
+        if (!text.isNull() && !parse(text, parsed)) {
+            warnUnparsable(text, kindName());
+            parsed = mDefault;
+        }
+        QMutexLocker lock(&mMutex);
+        mValue = parsed;
+    }
+
+    T mDefault;
+    mutable T mValue;
+};
+
+class ConfigBoolValue : public TConfigValue<bool>
+{
+public:
+    using TConfigValue::TConfigValue;
+    QString defaultText() const override;
+    QString currentText() const override;
+
+protected:
+    bool parse(const QString& text, bool& out) const override;
+    const char* kindName() const override { return "bool"; }
+};
+
+class ConfigIntValue : public TConfigValue<int>
+{
+public:
+    using TConfigValue::TConfigValue;
+    QString defaultText() const override;
+    QString currentText() const override;
+
+protected:
+    bool parse(const QString& text, int& out) const override;
+    const char* kindName() const override { return "int"; }
+};
+
+class ConfigRealValue : public TConfigValue<double>
+{
+public:
+    using TConfigValue::TConfigValue;
+    QString defaultText() const override;
+    QString currentText() const override;
+
+protected:
+    bool parse(const QString& text, double& out) const override;
+    const char* kindName() const override { return "real"; }
+};
+
+class ConfigStringValue : public TConfigValue<QString>
+{
+public:
+    ConfigStringValue(const char* key, const QString& defaultValue = QString())
+        : TConfigValue(key, defaultValue)
+    {
+    }
+    QString defaultText() const override;
+    QString currentText() const override;
+
+protected:
+    bool parse(const QString& text, QString& out) const override;
+    const char* kindName() const override { return "string"; }
+};

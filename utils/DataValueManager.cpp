@@ -1,0 +1,58 @@
+#include "DataValueManager.h"
+
+#include "DataValue.h"
+
+#include <QMutexLocker>
+#include <algorithm>
+
+DataValueManager* DataValueManager::instance()
+{
+    // Leaked: values owned by globals may still be destroyed after shutdown.
+    return Singleton<DataValueManager, int(SingletonCreation::Leaked)>::instance();
+}
+
+void DataValueManager::enqueue(DataValue* value)
+{
+    QMutexLocker lock(&mMutex);
+    mPending.append(value);
+}
+
+void DataValueManager::forget(DataValue* value)
+{
+    QMutexLocker lock(&mMutex);
+    mPending.removeAll(value);
+    std::replace(mDelivering.begin(), mDelivering.end(), value, static_cast<DataValue*>(nullptr));
+}
+
+int DataValueManager::pendingCount() const
+{
+    QMutexLocker lock(&mMutex);
+    return mPending.size();
+}
+
+int DataValueManager::processPendingChanges()
+{
+    int count = 0;
+    {
+        QMutexLocker lock(&mMutex);
+        mDelivering.swap(mPending);
+        count = mDelivering.size();
+    }
+    for (int i = 0; i < count; ++i) {
+        DataValue* value;
+        {
+            // A listener may delete a later value of the batch; forget() nulls it here.
+            QMutexLocker lock(&mMutex);
+            value = mDelivering.at(i);
+        }
+        if (!value)
+            continue;
+        // Cleared before emitting: a listener that writes again queues a new change
+        // for the next batch instead of being lost.
+        value->mPending.store(false);
+        value->emitChanged();
+    }
+    QMutexLocker lock(&mMutex);
+    mDelivering.clear();
+    return count;
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QMutex>
+#include <QString>
+#include <QVector>
+#include <atomic>
+
+// A bounded record of named marks (the frame loop brackets each tick with
+// "tick" begin and end marks) for diagnosing stalls after the fact. Recording
+// is off until enabled, so the marks cost one flag test in production.
+class EventRecorder
+{
+public:
+    enum Phase
+    {
+        Begin,
+        End,
+        Instant
+    };
+
+    struct Event
+    {
+        QString name;
+        Phase phase;
+        qint64 timeNs;
+    };
+
+    static EventRecorder& instance();
+
+    void setEnabled(bool enabled);
+    bool isEnabled() const { return mEnabled; }
+    void setCapacity(int capacity);
+
+    void mark(const QString& name, Phase phase = Instant);
+    QVector<Event> events() const; // oldest first
+    void clear();
+
+private:
+    mutable QMutex mMutex;
+    std::atomic<bool> mEnabled{false};
+    int mCapacity = 4096;
+    int mNext = 0;
+    QVector<Event> mRing;
+};

@@ -1,0 +1,62 @@
+#include "LogCapture.h"
+
+#include <QMutexLocker>
+
+LogCapture::LogCapture() : mPrevious(Logger::setSink(this)) {}
+
+LogCapture::~LogCapture()
+{
+    Logger::setSink(mPrevious);
+}
+
+void LogCapture::write(const LogRecord& record)
+{
+    QMutexLocker lock(&mMutex);
+    mRecords.append(record);
+}
+
+QList<LogRecord> LogCapture::records() const
+{
+    QMutexLocker lock(&mMutex);
+    return mRecords;
+}
+
+QStringList LogCapture::messages() const
+{
+    QMutexLocker lock(&mMutex);
+    QStringList out;
+    for (const LogRecord& r : mRecords)
+        out << r.message;
+    return out;
+}
+
+QStringList LogCapture::assertions() const
+{
+    QMutexLocker lock(&mMutex);
+    QStringList out;
+    for (const LogRecord& r : mRecords)
+        if (r.isAssertion)
+            out << r.message;
+    return out;
+}
+
+bool LogCapture::contains(const QString& message) const
+{
+    return count(message) > 0;
+}
+
+int LogCapture::count(const QString& message) const
+{
+    QMutexLocker lock(&mMutex);
+    int n = 0;
+    for (const LogRecord& r : mRecords)
+        if (r.message == message)
+            ++n;
+    return n;
+}
+
+void LogCapture::clear()
+{
+    QMutexLocker lock(&mMutex);
+    mRecords.clear();
+}

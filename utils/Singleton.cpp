@@ -1,0 +1,5 @@
+#include "Singleton.h"
+
+namespace SingletonDetail {
+const char* const kLogSource = "../../../utils/Singleton";
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "DataValue.h"
+
+// A data value holding text; besides "valueChanged(DataValue*)" it emits
+// "stringValueChanged(StringDataValue*)".
+class StringDataValue : public DataValue
+{
+    Q_OBJECT
+
+public:
+    explicit StringDataValue(const QString& name, const QString& initial = QString(), QObject* parent = nullptr);
+
+    QString stringValue() const { return value().toString(); }
+    void setString(const QString& text) { setValue(text); }
+
+Q_SIGNALS:
+    void stringValueChanged(StringDataValue* value);
+
+protected:
+    void emitChanged() override;
+};
