@@ -361,8 +361,8 @@ void DisplayView::update(DisplayView* source, const QRect& rect, bool force)
         // The repaint stays in this layer's buffer; on screen only the composited
         // area changes.
         mLayer->update(clipped);
-        if ((mCompositingFlags & CompositeIntoParentLayer) && !(mParentView && mParentView->layerView()))
-            viewAssert("parentView()->layerView()",
+        if ((mCompositingFlags & CompositeIntoParentLayer) && !(mParentView && mParentView->mLayer))
+            viewAssert("parentView()->layer()",
                        QStringLiteral("View doesn't have parent to composite View: %1"), __LINE__);
         revealInDevice(clipped);
         return;
