@@ -1,6 +1,7 @@
 #include "DisplayDevice.h"
 #include "LogCapture.h"
 #include "TouchOwnership.h"
+#include "support/QtPrinters.h"
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>

@@ -2,6 +2,7 @@
 #include "DisplayViewEffect.h"
 #include "LogCapture.h"
 #include "TouchOwnership.h"
+#include "support/QtPrinters.h"
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>

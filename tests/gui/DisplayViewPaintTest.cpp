@@ -1,6 +1,7 @@
 #include "DisplayDevice.h"
 #include "DisplayViewOverlay.h"
 #include "support/ColorView.h"
+#include "support/QtPrinters.h"
 
 #include <QImage>
 #include <gtest/gtest.h>
