@@ -236,9 +236,10 @@ QRectF MapTransform::clippedProjectedRect(const QRectF& projectedViewRect) const
     if (isPerspective()) {
         // Near the horizon tiles shrink to slivers; leave that band out.
         const double maxHeight = viewport.height() / gMinPerspectiveScaling.value();
-        const QPolygonF unprojected = mProjection.inverse.map(QPolygonF(viewport));
-        if (std::fabs(unprojected.boundingRect().height()) > maxHeight) {
-            const double bottom = unprojected.at(2).y();
+        const QRectF unprojected = mProjection.inverse.map(QPolygonF(viewport)).boundingRect();
+        if (std::fabs(unprojected.height()) > maxHeight) {
+            // The near (bottom) edge is the lowest one of the unprojected view.
+            const double bottom = unprojected.bottom();
             const double yc = mProjection.transform.map(QPointF(0.0, bottom - maxHeight)).y();
             const QRectF cut(viewport.x(), viewport.y() + yc, viewport.width(), viewport.height() - yc);
             return wholeView ? cut : (cut & projectedViewRect);
@@ -265,6 +266,9 @@ QPolygonF MapTransform::projectedViewPolygonFromTile(const QPoint& tile) const
     // A rotated tile is replaced by its bounding box, so the quad errs on the large side.
     const QRectF world(relativeWorldPixelsFromTile(tile), QSizeF(mTileSize));
     const QRectF view = mWorldToView.mapRect(world).translated(mReferenceViewPoint);
+    // QTransform clips a polygon at the eye plane under perspective; corners of far
+    // tiles can lie behind the eye, and mapping them point by point would inflate
+    // their quads over the whole view.
     return mProjection.transform.map(QPolygonF(view));
 }
 

@@ -167,11 +167,13 @@ TEST_F(MapTransformTest, TiltIsIdentityOnlyAtExactlyZero)
     QRectF viewRect;
     const QPolygonF flatFootprint = flat.tilePolygon(viewRect);
     EXPECT_EQ(viewRect, QRectF(kViewport));
-    EXPECT_NEAR(distance(flatFootprint[0], flatFootprint[1]), distance(flatFootprint[2], flatFootprint[3]), 1e-12);
+    EXPECT_NEAR(distance(flatFootprint[0], flatFootprint[1]), distance(flatFootprint[2], flatFootprint[3]),
+                1e-12);
     // Tilted, the far edge of the footprint is the wider one.
     const QPolygonF tiltedFootprint = tilted.tilePolygon(viewRect);
     EXPECT_EQ(viewRect, QRectF(kViewport));
-    EXPECT_GT(distance(tiltedFootprint[0], tiltedFootprint[1]), distance(tiltedFootprint[2], tiltedFootprint[3]));
+    EXPECT_GT(distance(tiltedFootprint[0], tiltedFootprint[1]),
+              distance(tiltedFootprint[2], tiltedFootprint[3]));
 
     // The tilt axis is the row at half the height, truncated for odd heights.
     const MapTransform odd = camera(kSeoul, 15, 1, 0, 45, QRect(0, 0, 800, 1201));
@@ -262,6 +264,13 @@ TEST_F(MapTransformTest, TilePolygonAndTileQuads)
         const QPointF corner = t.projectedViewPixelsFromRelativeWorldPixels(t.relativeWorldPixelsFromTile(c));
         EXPECT_TRUE(quad.boundingRect().adjusted(-1e-9, -1e-9, 1e-9, 1e-9).contains(corner));
     }
+
+    // Tilted by 55 degrees, ground more than 1024 / sin(55) = 1250 pixels below the
+    // axis lies behind the eye: such a tile has no area rather than a huge quad.
+    const MapTransform steep = camera(kSeoul, 15, 1, 0, 55);
+    const QPoint below(int(steep.referenceTile().x()), int(steep.referenceTile().y()) + 6);
+    EXPECT_TRUE(steep.projectedViewPolygonFromTile(below).boundingRect().isEmpty());
+    EXPECT_EQ(steep.projectedViewPolygonFromTile(below - QPoint(0, 4)).size(), 5);
 }
 
 TEST_F(MapTransformTest, TravelsThroughQVariant)
