@@ -16,6 +16,7 @@ public:
     bool done(long long ms, double epsilon) const;
 
     bool inSpringMode() const { return mSpringMode; }
+    float springEnd() const { return mSpring.end(); }
 
 private:
     float frictionX(double t) const;
