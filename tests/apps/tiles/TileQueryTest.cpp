@@ -19,6 +19,7 @@ TEST(TileQuery, RejectsBadArgumentsWithAReason)
         {"--lat 37 --lon 127 --crs 4326", "Unknown CRS 4326 (3857 or 5179)"},
         {"--lat 37 --lon 127 --viewport 19.5x1200", "Bad viewport 19.5x1200 (WxH)"},
         {"--lat 37 --lon 127 stray", "Unexpected argument stray"},
+        {"--lat 37 --lon 127 --set verbose", "Bad override verbose (key=value)"},
     };
     for (const auto& c : cases) {
         TileQuery q;
@@ -34,7 +35,7 @@ TEST(TileQuery, PrintsTheTilesAndRestoresTheDefaultCRS)
     // 15; the 800x600 view covers columns and rows 16382 to 16385.
     TileQuery q;
     ASSERT_TRUE(
-        q.parse(args("--lat -0.001 --lon 0.001 --viewport 800x600 runtime/instrument_cluster=false")));
+        q.parse(args("--lat -0.001 --lon 0.001 --viewport 800x600 --set runtime/instrument_cluster=false")));
     EXPECT_EQ(q.configOverrides(), QStringList{"runtime/instrument_cluster=false"});
     QRectF viewRect;
     const QVector<QPoint> tiles = q.run(&viewRect);
