@@ -18,7 +18,8 @@ namespace {
 
 ConfigRealValue gMinPerspectiveScaling("maps/minPerspectiveScaling", 0.5);
 
-const int kMetaTypeId = qRegisterMetaType<MapTransform>();
+// Queued signals carry cameras between threads.
+[[maybe_unused]] const int kMetaTypeId = qRegisterMetaType<MapTransform>();
 
 // Tile and pixel indices stay far from int overflow whatever the camera holds.
 constexpr double kIndexLimit = 1 << 30;
@@ -75,7 +76,6 @@ void MapTransform::reset(int zoomLevel, double scale, double rotation, const Map
                          const LocationCoordinate& reference, const QPointF& referenceViewPoint,
                          const QSize& tileSize)
 {
-    Q_UNUSED(kMetaTypeId);
     mZoomLevel = zoomLevel;
     mScale = scale;
     mRotation = rotation;
