@@ -266,9 +266,9 @@ QPolygonF MapTransform::projectedViewPolygonFromTile(const QPoint& tile) const
     // A rotated tile is replaced by its bounding box, so the quad errs on the large side.
     const QRectF world(relativeWorldPixelsFromTile(tile), QSizeF(mTileSize));
     const QRectF view = mWorldToView.mapRect(world).translated(mReferenceViewPoint);
-    // QTransform clips a polygon at the eye plane under perspective; corners of far
-    // tiles can lie behind the eye, and mapping them point by point would inflate
-    // their quads over the whole view.
+    // QTransform clips a polygon at the eye plane under perspective. Tiles that
+    // reach far below a steeply tilted view have corners behind the eye; mapped
+    // point by point, their quads would blow up over the whole view.
     return mProjection.transform.map(QPolygonF(view));
 }
 
