@@ -25,6 +25,9 @@
     X(void, glDeleteBuffers, (GLsizei n, const GLuint* buffers), (n, buffers))                               \
     X(void, glBufferData, (GLenum target, qopengl_GLsizeiptr size, const void* data, GLenum usage),          \
       (target, size, data, usage))                                                                           \
+    X(void, glBufferSubData,                                                                                 \
+      (GLenum target, qopengl_GLintptr offset, qopengl_GLsizeiptr size, const void* data),                   \
+      (target, offset, size, data))                                                                          \
     X(void, glDrawArrays, (GLenum mode, GLint first, GLsizei count), (mode, first, count))                   \
     X(void, glShaderSource, (GLuint shader, GLsizei count, const char** string, const GLint* length),        \
       (shader, count, string, length))                                                                       \

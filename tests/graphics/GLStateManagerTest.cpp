@@ -1,7 +1,7 @@
-#include <GLCallRecorder.h>
 #include <GLStateManager.h>
 
 #include <gtest/gtest.h>
+#include <support/ScopedGLRecorder.h>
 
 using namespace gfx;
 
@@ -10,22 +10,10 @@ namespace {
 class GLStateManagerTest : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        mPrevious = GLFunctions::install(&mDriver);
-        mManager = GLStateManager::instance();
-        mManager->clearToInvalid();
-        mDriver.setLogging(true);
-    }
-    void TearDown() override
-    {
-        mManager->clearToInvalid();
-        GLFunctions::install(mPrevious);
-    }
+    void SetUp() override { mDriver.setLogging(true); }
 
-    GLCallRecorder mDriver;
-    GLFunctions* mPrevious = nullptr;
-    GLStateManager* mManager = nullptr;
+    ScopedGLRecorder mDriver;
+    GLStateManager* mManager = GLStateManager::instance();
 };
 
 TEST_F(GLStateManagerTest, RedundantRequestsStopAtTheCache)

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "ShaderUsage.h"
+
+namespace gfx {
+
+// A colour whose coverage comes from the alpha of a texture (antialiased strokes).
+class AlphaTextureShaderUsage : public ShaderUsage
+{
+public:
+    AlphaTextureShaderUsage(const TextureKey& texture, const QColor& color)
+        : ShaderUsage(ShaderCache::kAlphaTexture)
+    {
+        mTextures = {texture};
+        mColor = color;
+    }
+    bool needsBlending() const override { return true; }
+};
+
+} // namespace gfx

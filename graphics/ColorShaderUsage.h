@@ -1,0 +1,15 @@
+#pragma once
+
+#include "ShaderUsage.h"
+
+namespace gfx {
+
+// Fills with one colour.
+class ColorShaderUsage : public ShaderUsage
+{
+public:
+    explicit ColorShaderUsage(const QColor& color) : ShaderUsage(ShaderCache::kColor) { mColor = color; }
+    bool needsBlending() const override { return mColor.alpha() < 255 || opacity() < 1.0f; }
+};
+
+} // namespace gfx

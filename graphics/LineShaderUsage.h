@@ -1,0 +1,22 @@
+#pragma once
+
+#include "ShaderUsage.h"
+
+namespace gfx {
+
+// Lines and strokes: a colour, optionally modulated by a texture along the line.
+class LineShaderUsage : public ShaderUsage
+{
+public:
+    LineShaderUsage(const QColor& color, const TextureKey& texture = TextureKey())
+        : ShaderUsage(texture.isNull() ? ShaderCache::kColor : ShaderCache::kColorTexture)
+    {
+        mColor = color;
+        if (!texture.isNull())
+            mTextures = {texture};
+    }
+    // Edges are antialiased.
+    bool needsBlending() const override { return true; }
+};
+
+} // namespace gfx

@@ -1,0 +1,48 @@
+#include "TextureShaderUsage.h"
+
+#include <Logger.h>
+
+namespace gfx {
+
+namespace {
+const char* const kLogSource = "graphics/TextureShaderUsage";
+} // namespace
+
+TextureShaderUsage::TextureShaderUsage(const TextureKey& texture, bool blend, const CustomShaderKey& custom,
+                                       const TextureKey& second)
+    : ShaderUsage(ShaderCache::kTexture), mBlend(blend)
+{
+    setCustomShader(custom);
+    mTextures = {texture};
+    if (!second.isNull())
+        mTextures << second;
+}
+
+bool TextureShaderUsage::equals(const ShaderUsage* other) const
+{
+    if (!ShaderUsage::equals(other))
+        return false;
+    const auto* o = static_cast<const TextureShaderUsage*>(other);
+    return o->mBlend == mBlend && o->mOpacified == mOpacified;
+}
+
+bool TextureShaderUsage::needsBlending() const
+{
+    if (mOpacified)
+        return opacity() < 1.0f;
+    return mBlend || opacity() < 1.0f;
+}
+
+ShaderUsage* TextureShaderUsage::opacify(const ShaderUsage* usage, const QColor& background)
+{
+    const auto* texture = dynamic_cast<const TextureShaderUsage*>(usage);
+    if (!ORBIS_ASSERT(texture, QStringLiteral("Only texture usages can be opacified")))
+        return nullptr;
+    auto* result = new TextureShaderUsage(*texture);
+    result->mOpacified = true;
+    result->mBuiltin = ShaderCache::kOpacifiedTexture;
+    result->mColor = background;
+    return result;
+}
+
+} // namespace gfx
