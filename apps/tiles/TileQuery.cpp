@@ -36,12 +36,11 @@ bool readPair(const QString& text, QChar separator, double& a, double& b)
 
 QString TileQuery::usage()
 {
-    return QStringLiteral(
-        "usage: orbis-tiles --lat DEG --lon DEG [--crs 3857|5179] [--zoom N] [--scale S]\n"
-        "                   [--rotation DEG] [--tilt DEG] [--viewport WxH] [--center X,Y]\n"
-        "                   [--max-tiles N] [--json] [key=value ...]\n"
-        "Prints the tiles that cover the view, the centre tile's row and column first\n"
-        "(--center 0,0 keeps scan order). key=value arguments override configuration values.\n");
+    return QStringLiteral("usage: orbis-tiles --lat DEG --lon DEG [--crs 3857|5179] [--zoom N] [--scale S]\n"
+                          "                   [--rotation DEG] [--tilt DEG] [--viewport WxH] [--center X,Y]\n"
+                          "                   [--max-tiles N] [--json] [--set key=value ...]\n"
+                          "Prints the tiles that cover the view, the centre tile's row and column first\n"
+                          "(--center 0,0 keeps scan order). --set overrides a configuration value.\n");
 }
 
 bool TileQuery::fail(const QString& message)
@@ -64,17 +63,17 @@ bool TileQuery::parse(const QStringList& arguments)
             mHelp = true;
             continue;
         }
-        if (!arg.startsWith("--") && arg.contains('=')) {
-            mConfigOverrides.append(arg);
-            continue;
-        }
         if (i + 1 >= arguments.size())
             return fail(arg.startsWith("--") ? QString("%1 needs a value").arg(arg)
                                              : QString("Unexpected argument %1").arg(arg));
         const QString value = arguments[++i];
         double real = 0.0;
         double other = 0.0;
-        if (arg == "--crs") {
+        if (arg == "--set") {
+            if (!value.contains('='))
+                return fail(QString("Bad override %1 (key=value)").arg(value));
+            mConfigOverrides.append(value);
+        } else if (arg == "--crs") {
             if (value != "3857" && value != "5179")
                 return fail(QString("Unknown CRS %1 (3857 or 5179)").arg(value));
             mCrs = value.toInt();

@@ -27,7 +27,7 @@ public:
 
     bool helpRequested() const { return mHelp; }
     bool json() const { return mJson; }
-    // "key=value" configuration overrides found among the arguments.
+    // "key=value" configuration overrides given with --set.
     const QStringList& configOverrides() const { return mConfigOverrides; }
 
 private:

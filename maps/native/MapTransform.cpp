@@ -18,7 +18,8 @@ namespace {
 
 ConfigRealValue gMinPerspectiveScaling("maps/minPerspectiveScaling", 0.5);
 
-const int kMetaTypeId = qRegisterMetaType<MapTransform>();
+// Queued signals carry cameras between threads.
+[[maybe_unused]] const int kMetaTypeId = qRegisterMetaType<MapTransform>();
 
 // Tile and pixel indices stay far from int overflow whatever the camera holds.
 constexpr double kIndexLimit = 1 << 30;
@@ -75,7 +76,6 @@ void MapTransform::reset(int zoomLevel, double scale, double rotation, const Map
                          const LocationCoordinate& reference, const QPointF& referenceViewPoint,
                          const QSize& tileSize)
 {
-    Q_UNUSED(kMetaTypeId);
     mZoomLevel = zoomLevel;
     mScale = scale;
     mRotation = rotation;
@@ -266,9 +266,9 @@ QPolygonF MapTransform::projectedViewPolygonFromTile(const QPoint& tile) const
     // A rotated tile is replaced by its bounding box, so the quad errs on the large side.
     const QRectF world(relativeWorldPixelsFromTile(tile), QSizeF(mTileSize));
     const QRectF view = mWorldToView.mapRect(world).translated(mReferenceViewPoint);
-    // QTransform clips a polygon at the eye plane under perspective; corners of far
-    // tiles can lie behind the eye, and mapping them point by point would inflate
-    // their quads over the whole view.
+    // QTransform clips a polygon at the eye plane under perspective. Tiles that
+    // reach far below a steeply tilted view have corners behind the eye; mapped
+    // point by point, their quads would blow up over the whole view.
     return mProjection.transform.map(QPolygonF(view));
 }
 

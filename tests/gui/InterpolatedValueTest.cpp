@@ -4,6 +4,7 @@
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "StandardTransition.h"
+#include "support/QtPrinters.h"
 
 #include <cmath>
 #include <functional>

@@ -6,139 +6,71 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-namespace {
-
-// The clock starts with the interpolator; fixes arrive at the times given.
-class GPSInterpolatorTest : public ::testing::Test
+TEST(GPSInterpolator, TrailsTheFixesByOneInterval)
 {
-protected:
-    double headingAfter(double previous, double heading)
-    {
-        GPSInterpolator gps(0, 0, previous);
-        mClock.advanceMs(10);
-        gps.addNewSample(0, 0, heading);
-        return gps.getSample(0).mHeading;
-    }
+    ManualClock clock;
+    GPSInterpolator gps(10.0, 20.0, 350.0);
+    clock.advanceMs(1);
+    EXPECT_EQ(gps.getInterpolatedLocationHeadingSample().mLocation, LocationCoordinate(10.0, 20.0));
+    EXPECT_EQ(gps.getInterpolatedLocationHeadingSample().mHeading, 350.0);
 
-    ManualClock mClock{5000};
-};
-
-} // namespace
-
-TEST_F(GPSInterpolatorTest, StartsAtTheFirstFix)
-{
-    GPSInterpolator gps(37.5, 127.0, 45.0);
-    EXPECT_EQ(gps.getSample(0).mTime, 1);
-    EXPECT_EQ(gps.getSample(1).mTime, 0);
-    mClock.advanceMs(1);
-    LogCapture capture;
+    clock.advanceMs(999);
+    gps.addNewSample(10.0, 20.0, 350.0);
+    clock.advanceMs(1000);
+    gps.addNewSample(12.0, 24.0, 10.0);
+    EXPECT_EQ(gps.getSample(0).mHeading, 370.0);
+    EXPECT_EQ(gps.getInterpolatedLocationHeadingSample().mLocation, LocationCoordinate(10.0, 20.0));
+    clock.advanceMs(500);
     const GPSInterpolator::Sample s = gps.getInterpolatedLocationHeadingSample();
-    EXPECT_EQ(s.mLocation, LocationCoordinate(37.5, 127.0));
-    EXPECT_EQ(s.mHeading, 45.0);
-    EXPECT_EQ(s.mTime, 1);
-    EXPECT_TRUE(capture.records().isEmpty());
-}
-
-TEST_F(GPSInterpolatorTest, BlendsOverTheIntervalBetweenFixes)
-{
-    GPSInterpolator gps(0, 0, 0);
-    mClock.advanceMs(1000);
-    gps.addNewSample(10.0, 20.0, 90.0);
-    mClock.advanceMs(1000);
-    gps.addNewSample(12.0, 24.0, 100.0);
-    EXPECT_EQ(gps.getSample(0).mTime, 2000);
-    EXPECT_EQ(gps.getSample(1).mTime, 1000);
-
-    GPSInterpolator::Sample s = gps.getInterpolatedLocationHeadingSample();
-    EXPECT_DOUBLE_EQ(s.mLocation.latitude(), 10.0); // the previous fix when one arrives
-    mClock.advanceMs(500);
-    s = gps.getInterpolatedLocationHeadingSample();
-    EXPECT_DOUBLE_EQ(s.mLocation.latitude(), 11.0);
-    EXPECT_DOUBLE_EQ(s.mLocation.longitude(), 22.0);
-    EXPECT_DOUBLE_EQ(s.mHeading, 95.0);
+    EXPECT_EQ(s.mLocation, LocationCoordinate(11.0, 22.0));
+    EXPECT_DOUBLE_EQ(s.mHeading, 360.0); // the short way round, not through 180
     EXPECT_EQ(s.mTime, 2500);
-    // It reaches the new fix one interval later and stays there.
-    mClock.advanceMs(1500);
-    s = gps.getInterpolatedLocationHeadingSample();
-    EXPECT_DOUBLE_EQ(s.mLocation.latitude(), 12.0);
-    EXPECT_DOUBLE_EQ(s.mHeading, 100.0);
-
+    clock.advanceMs(1500);
+    EXPECT_EQ(gps.getInterpolatedLocationHeadingSample().mLocation, LocationCoordinate(12.0, 24.0));
     ScopedConfigOverride runOn("mbgl-ic/maxInterpolationTValue", 1.5);
-    s = gps.getInterpolatedLocationHeadingSample();
-    EXPECT_DOUBLE_EQ(s.mLocation.latitude(), 13.0);
-    EXPECT_DOUBLE_EQ(s.mLocation.longitude(), 26.0);
-}
+    EXPECT_EQ(gps.getInterpolatedLocationHeadingSample().mLocation, LocationCoordinate(13.0, 26.0));
 
-TEST_F(GPSInterpolatorTest, HeadingsTurnTheShortWayRound)
-{
-    GPSInterpolator gps(0, 0, 350.0);
-    mClock.advanceMs(1000);
-    gps.addNewSample(0, 0, 350.0);
-    mClock.advanceMs(1000);
-    gps.addNewSample(0, 0, 10.0);
-    EXPECT_DOUBLE_EQ(gps.getSample(0).mHeading, 370.0);
-    mClock.advanceMs(500);
-    EXPECT_DOUBLE_EQ(gps.getInterpolatedLocationHeadingSample().mHeading, 360.0);
-
-    // The next fix first reduces the kept heading, then unwraps next to it.
-    mClock.advanceMs(500);
+    // The next fix first reduces the kept 370 to 10, then unwraps next to it.
     gps.addNewSample(0, 0, 20.0);
-    EXPECT_DOUBLE_EQ(gps.getSample(1).mHeading, 10.0);
-    EXPECT_DOUBLE_EQ(gps.getSample(0).mHeading, 20.0);
-
-    EXPECT_DOUBLE_EQ(headingAfter(10.0, 350.0), -10.0);
-    EXPECT_DOUBLE_EQ(headingAfter(170.0, -180.0), 180.0);
-    EXPECT_DOUBLE_EQ(headingAfter(-170.0, 180.0), -180.0);
-    EXPECT_DOUBLE_EQ(headingAfter(720.0 + 90.0, 100.0), 100.0);
-    EXPECT_DOUBLE_EQ(headingAfter(-350.0, 0.0), -360.0); // the remainder keeps the sign of -350
-    // Exactly half a turn away either way, the value in [-180, 180) is kept.
-    EXPECT_DOUBLE_EQ(headingAfter(0.0, 180.0), 180.0);
-    EXPECT_DOUBLE_EQ(headingAfter(10.0, 190.0), -170.0);
+    EXPECT_EQ(gps.getSample(1).mHeading, 10.0);
+    EXPECT_EQ(gps.getSample(0).mHeading, 20.0);
 }
 
-TEST_F(GPSInterpolatorTest, NotANumberHeadingsResetToZero)
+TEST(GPSInterpolator, HeadingsUnwrapNextToThePreviousOne)
 {
-    EXPECT_EQ(headingAfter(90.0, NAN), 0.0);
-    EXPECT_EQ(headingAfter(NAN, 90.0), 0.0);
-
-    GPSInterpolator gps(0, 0, NAN);
-    mClock.advanceMs(100);
-    gps.addNewSample(0, 0, 30.0);
-    mClock.advanceMs(100);
-    gps.addNewSample(0, 0, 50.0);
-    mClock.advanceMs(50);
-    // The reset heading blends like any other.
-    EXPECT_DOUBLE_EQ(gps.getInterpolatedLocationHeadingSample().mHeading, 25.0);
+    ManualClock clock;
+    // {previous, new, stored}; exactly half a turn away, the value in [-180, 180) is kept.
+    const double cases[][3] = {{10, 350, -10}, {170, -180, 180}, {-170, 180, -180}, {-350, 0, -360},
+                               {0, 180, 180},  {10, 190, -170},  {90, NAN, 0},      {NAN, 90, 0}};
+    for (const auto& c : cases) {
+        GPSInterpolator gps(0, 0, c[0]);
+        clock.advanceMs(10);
+        gps.addNewSample(0, 0, c[1]);
+        EXPECT_EQ(gps.getSample(0).mHeading, c[2]) << c[0] << " then " << c[1];
+    }
 }
 
-TEST_F(GPSInterpolatorTest, EqualTimesCountAsOneMillisecond)
+TEST(GPSInterpolator, EqualTimesAndClockFaults)
 {
-    GPSInterpolator gps(0, 0, 0);
-    mClock.advanceMs(1000);
-    gps.addNewSample(1.0, 1.0, 0);
-    gps.addNewSample(3.0, 3.0, 0);
-    EXPECT_DOUBLE_EQ(gps.getInterpolatedLocationHeadingSample().mLocation.latitude(), 1.0);
-    mClock.advanceMs(1);
-    EXPECT_DOUBLE_EQ(gps.getInterpolatedLocationHeadingSample().mLocation.latitude(), 3.0);
-}
-
-TEST_F(GPSInterpolatorTest, ClockFaultsAreReportedAndTheBlendGoesOn)
-{
+    ManualClock clock(5000);
     GPSInterpolator gps(0, 0, 0);
     LogCapture capture;
-    // Asked before its own first fix's time.
+    // Asked at 0 ms, before the first fix's time of 1 ms.
     EXPECT_EQ(gps.getInterpolatedLocationHeadingSample().mLocation, LocationCoordinate(0, 0));
-    EXPECT_EQ(capture.assertions(), QStringList{"requestedTime >= newSample.mTime"});
-    EXPECT_EQ(capture.records().first().condition, "requestedTime >= newSample.mTime");
     EXPECT_EQ(capture.records().first().file, "maps/GPSInterpolator");
 
-    capture.clear();
-    mClock.advanceMs(1000);
+    clock.advanceMs(1000);
     gps.addNewSample(1.0, 1.0, 0);
-    mClock.setMs(5000 + 400);
+    gps.addNewSample(3.0, 3.0, 0);
+    EXPECT_EQ(gps.getInterpolatedLocationHeadingSample().mLocation.latitude(), 1.0);
+    clock.advanceMs(1); // equal times count as 1 ms apart
+    EXPECT_EQ(gps.getInterpolatedLocationHeadingSample().mLocation.latitude(), 3.0);
+
+    clock.setMs(5400);
     gps.addNewSample(2.0, 2.0, 0);
-    mClock.setMs(5000 + 900);
-    // Fixes out of order: span 1 and t clamped at 1, so the newest wins.
-    EXPECT_DOUBLE_EQ(gps.getInterpolatedLocationHeadingSample().mLocation.latitude(), 2.0);
-    EXPECT_EQ(capture.assertions(), QStringList{"newSample.mTime >= oldSample.mTime"});
+    clock.setMs(5900);
+    EXPECT_EQ(gps.getInterpolatedLocationHeadingSample().mLocation.latitude(), 2.0);
+    EXPECT_EQ(capture.assertions(),
+              QStringList({"requestedTime >= newSample.mTime", "newSample.mTime >= oldSample.mTime"}));
+    EXPECT_EQ(capture.records().last().condition, "newSample.mTime >= oldSample.mTime");
 }
