@@ -42,6 +42,17 @@ public:
     GLenum blendSource() const { return mBlendSource; }
     GLenum blendDestination() const { return mBlendDestination; }
     void setBlendFunc(GLenum source, GLenum destination);
+    bool isSourceOver() const
+    {
+        return mBlendSource == GL_ONE && mBlendDestination == GL_ONE_MINUS_SRC_ALPHA;
+    }
+    // Whether the result depends on what lies beneath: translucent pixels, or a
+    // composition other than source over and source.
+    bool blendsWithDestination() const
+    {
+        return needsBlending() || mBlendSource != GL_ONE ||
+               (mBlendDestination != GL_ONE_MINUS_SRC_ALPHA && mBlendDestination != GL_ZERO);
+    }
     const QColor& color() const { return mColor; }
     const QVector<TextureKey>& textures() const { return mTextures; }
 
