@@ -204,28 +204,27 @@ void DisplayDevice::processDeferredLayouts()
     }
 }
 
-void DisplayDevice::dispatchTick(DisplayView* view)
+void DisplayDevice::dispatch(DisplayView* view, void (DisplayView::*callback)())
 {
-    view->tick();
+    (view->*callback)();
     const DisplayViewList::List children = view->children().list();
     for (DisplayView* child : children)
-        dispatchTick(child);
+        dispatch(child, callback);
+}
+
+void DisplayDevice::dispatchTick(DisplayView* view)
+{
+    dispatch(view, &DisplayView::tick);
 }
 
 void DisplayDevice::dispatchTick1s(DisplayView* view)
 {
-    view->tick1s();
-    const DisplayViewList::List children = view->children().list();
-    for (DisplayView* child : children)
-        dispatchTick1s(child);
+    dispatch(view, &DisplayView::tick1s);
 }
 
 void DisplayDevice::dispatchReskinned(DisplayView* view)
 {
-    view->reskinned();
-    const DisplayViewList::List children = view->children().list();
-    for (DisplayView* child : children)
-        dispatchReskinned(child);
+    dispatch(view, &DisplayView::reskinned);
 }
 
 // Focus
