@@ -482,7 +482,7 @@ void DisplayView::drawChild(DisplayView* child, QPainter& painter, QRect rect, Q
     child->drawChildren(painter, area, origin);
     painter.setOpacity(opacity);
 
-    context.saveTransform();
+    // The transform saved above is still the one to return to.
     context.translate(origin);
     child->drawOverlay(painter);
     if (child->ext().mOverlay)
