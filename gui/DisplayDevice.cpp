@@ -59,7 +59,7 @@ DisplayDevice::~DisplayDevice()
 DisplayView* DisplayDevice::addContainer(const char* name)
 {
     DisplayView* container = new DisplayView(this, name);
-    container->resizeTo(width(), height());
+    container->autoResizeToParent(QRectF(0, 0, 1, 1));
     container->setTouchBehavior(IgnoreTouches, true);
     return container;
 }
@@ -67,8 +67,6 @@ DisplayView* DisplayDevice::addContainer(const char* name)
 void DisplayDevice::setSize(QSize size)
 {
     applySize(size.width(), size.height());
-    for (DisplayView* container : {mHidden, mViews, mCustomLayers, mPopupViewContainer, mPopups, mOverlays})
-        container->resizeTo(size.width(), size.height());
     reveal();
 }
 

@@ -222,6 +222,8 @@ public:
     // Briefly brightens the view (or the given one) and returns to its brightness.
     void flash(DisplayView* view = nullptr, double duration = 0.2);
     void deleteAfterAnimation();
+    // The view follows its parent's size from now on: by fractions of it, or at fixed
+    // distances from its edges.
     void autoResizeToParent(const QRectF& relative);
     void autoResizeWidthToParent(int left, int right);
     void autoResizeHeightToParent(int top, int bottom);
@@ -424,6 +426,7 @@ private:
     bool animateOrStop(int first, double firstTarget, int second, double secondTarget, double duration,
                        EaseType ease, double delay);
     QRect visualOffsetRect() const;
+    void applyAutoResize();
 
     DisplayView* mParentView = nullptr;
     DisplayDevice* mDevice = nullptr;

@@ -26,4 +26,15 @@ struct DisplayView::Extras
     LayoutAction* mLayoutAction = nullptr;
     QRectF mLayoutResultRect;
     double mLayoutScale = 1.0;
+
+    // A rule by which the view follows its parent's size.
+    enum AutoResize : quint8
+    {
+        AutoRelative = 0x1,
+        AutoWidth = 0x2,
+        AutoHeight = 0x4
+    };
+    quint8 mAutoResize = 0;
+    QRectF mAutoRelative;
+    Padding mAutoMargins;
 };

@@ -53,6 +53,11 @@ void DisplayView::applySize(int width, int height)
     }
     reveal(false);
     place();
+    const DisplayViewList::List children = mChildren.list();
+    for (DisplayView* child : children) {
+        if (child->mExtras && child->mExtras->mAutoResize)
+            child->applyAutoResize();
+    }
 }
 
 void DisplayView::applyAlpha(double alpha)
@@ -388,34 +393,58 @@ void DisplayView::deleteAfterAnimation()
 
 void DisplayView::autoResizeToParent(const QRectF& relative)
 {
-    if (!mParentView)
-        return;
-    const double w = mParentView->mWidth;
-    const double h = mParentView->mHeight;
-    moveTo(int(relative.x() * w), int(relative.y() * h));
-    resizeTo(int(relative.width() * w), int(relative.height() * h));
+    Extras& e = extras();
+    e.mAutoResize = Extras::AutoRelative;
+    e.mAutoRelative = relative;
+    applyAutoResize();
 }
 
 void DisplayView::autoResizeWidthToParent(int left, int right)
 {
-    if (!mParentView)
-        return;
-    moveLeft(left);
-    setWidth(mParentView->mWidth - left - right);
+    Extras& e = extras();
+    e.mAutoResize = (e.mAutoResize & ~Extras::AutoRelative) | Extras::AutoWidth;
+    e.mAutoMargins.left = left;
+    e.mAutoMargins.right = right;
+    applyAutoResize();
 }
 
 void DisplayView::autoResizeHeightToParent(int top, int bottom)
 {
-    if (!mParentView)
-        return;
-    moveTop(top);
-    setHeight(mParentView->mHeight - top - bottom);
+    Extras& e = extras();
+    e.mAutoResize = (e.mAutoResize & ~Extras::AutoRelative) | Extras::AutoHeight;
+    e.mAutoMargins.top = top;
+    e.mAutoMargins.bottom = bottom;
+    applyAutoResize();
 }
 
 void DisplayView::autoResizeToParentWithMargins(const Padding& margins)
 {
     autoResizeWidthToParent(margins.left, margins.right);
     autoResizeHeightToParent(margins.top, margins.bottom);
+}
+
+void DisplayView::applyAutoResize()
+{
+    const Extras& e = ext();
+    if (!mParentView || !e.mAutoResize)
+        return;
+    const int w = mParentView->mWidth;
+    const int h = mParentView->mHeight;
+    if (e.mAutoResize & Extras::AutoRelative) {
+        const QRectF& r = e.mAutoRelative;
+        moveTo(int(r.x() * w), int(r.y() * h));
+        resizeTo(int(r.width() * w), int(r.height() * h));
+        return;
+    }
+    const Padding m = e.mAutoMargins;
+    if (e.mAutoResize & Extras::AutoWidth) {
+        moveLeft(m.left);
+        setWidth(w - m.left - m.right);
+    }
+    if (e.mAutoResize & Extras::AutoHeight) {
+        moveTop(m.top);
+        setHeight(h - m.top - m.bottom);
+    }
 }
 
 // Rectangles
