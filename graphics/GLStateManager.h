@@ -6,6 +6,8 @@
 
 namespace gfx {
 
+class GLFunctions;
+
 // The process-wide mirror of what the driver holds. Every request is compared with
 // the cached entry and reaches the driver only when the entry is invalid or differs.
 // Code that calls GL behind its back must call clearToInvalid() afterwards.
@@ -42,6 +44,10 @@ public:
     void forgetTextureBindings();
 
     void clearToInvalid() { mState.clearToInvalid(); }
+
+    // Requests received and those passed to the driver, for frame statistics.
+    quint64 requests() const { return mRequests; }
+    quint64 forwarded() const { return mForwarded; }
     const GLState& state() const { return mState; }
     GLState& state() { return mState; }
 
@@ -53,7 +59,11 @@ private:
     void bindTexture(GLenum target, GLCached<GLuint>& entry, GLuint texture);
     void setAttribEnabled(GLuint index, bool on);
 
+    GLFunctions* driver();
+
     GLState mState;
+    quint64 mRequests = 0;
+    quint64 mForwarded = 0;
 };
 
 } // namespace gfx

@@ -18,6 +18,9 @@ class TLRUCache
     using List = std::list<std::pair<Key, Value>>;
 
 public:
+    // A stored entry's place in the use list, valid until the entry leaves.
+    using Handle = typename List::iterator;
+
     // The value under `key` moved to the front, or nullptr.
     Value* find(const Key& key)
     {
@@ -28,8 +31,14 @@ public:
         mList.splice(mList.begin(), mList, it->second);
         return &it->second->second;
     }
+    // Moves a stored entry to the front without searching the index.
+    void touch(Handle handle)
+    {
+        std::lock_guard<Lock> guard(mLock);
+        mList.splice(mList.begin(), mList, handle);
+    }
     // Inserts at the front, replacing an entry with the same key.
-    void insert(const Key& key, const Value& value)
+    Handle insert(const Key& key, const Value& value)
     {
         std::lock_guard<Lock> guard(mLock);
         auto it = mIndex.find(key);
@@ -37,6 +46,7 @@ public:
             mList.erase(it->second);
         mList.emplace_front(key, value);
         mIndex.insert({key, mList.begin()});
+        return mList.begin();
     }
     // Removes the least recently used entry into `out`; false when empty.
     bool takeLast(std::pair<Key, Value>& out)

@@ -37,7 +37,7 @@ TextureCache::~TextureCache()
 {
     // Entries still referenced by keys outlive the cache; their names cannot be
     // queued any more and go with the context.
-    mStore.clear();
+    clear();
 }
 
 TextureKey TextureCache::addOrLookup(const QPixmap& pixmap, TextureFeatures features)
@@ -66,9 +66,10 @@ bool TextureCache::onGuiThread() const
 
 bool TextureCache::bind(const TextureKey& key)
 {
-    if (key.isNull())
-        return false;
+    // Null pixels are found out by the upload (once: the failed entry is kept).
     TextureKeyData* data = key.data();
+    if (!data)
+        return false;
     if (data->type() == TextureKeyData::kGlyph)
         return bind(static_cast<TextureKeyDataGlyph*>(data));
     return bind(static_cast<TextureKeyDataCached*>(data));
@@ -88,17 +89,21 @@ bool TextureCache::bind(TextureKeyDataCached* key)
 {
     if (!onGuiThread())
         return false;
+    if (const std::shared_ptr<TextureEntry>& held = key->entry()) {
+        // Evicted but still held by this key: draw with it rather than upload again.
+        if (held->mStored)
+            mStore.touch(held->mPosition);
+        return bindEntry(*held);
+    }
     const unsigned long cacheKey = key->cacheKey();
     if (std::shared_ptr<TextureEntry>* hit = mStore.find(cacheKey)) {
         key->setEntry(*hit);
         return bindEntry(**hit);
     }
-    // Evicted but still held by this key: draw with it rather than upload again.
-    if (key->entry())
-        return bindEntry(*key->entry());
     std::shared_ptr<TextureEntry> e = upload(key);
     ORBIS_ASSERT(e->mTextureID, QStringLiteral("Texture upload produced no texture name"));
-    mStore.insert(cacheKey, e);
+    e->mPosition = mStore.insert(cacheKey, e);
+    e->mStored = true;
     key->setEntry(e);
     mCurrentSize += e->mSize;
     evict();
@@ -131,8 +136,10 @@ void TextureCache::evict()
     if (mMaxSize == 0 || mCurrentSize < mMaxSize + mElasticity)
         return;
     std::pair<unsigned long, std::shared_ptr<TextureEntry>> victim;
-    while (mCurrentSize > mMaxSize && mStore.takeLast(victim))
+    while (mCurrentSize > mMaxSize && mStore.takeLast(victim)) {
         mCurrentSize -= victim.second->mSize;
+        victim.second->mStored = false;
+    }
 }
 
 bool TextureCache::bind(TextureKeyDataGlyph* key)
@@ -177,7 +184,9 @@ void TextureCache::destroyExpiredTextures()
 
 void TextureCache::clear()
 {
-    mStore.clear();
+    std::pair<unsigned long, std::shared_ptr<TextureEntry>> entry;
+    while (mStore.takeLast(entry))
+        entry.second->mStored = false;
     mCurrentSize = 0;
 }
 

@@ -27,6 +27,8 @@ extern ConfigIntValue TextureCacheElasticity;
 class TextureCache
 {
 public:
+    struct TextureEntry;
+    using Store = TLRUCache<unsigned long, std::shared_ptr<TextureEntry>, NullLock, sorted_vector>;
     struct TextureEntry
     {
         ~TextureEntry();
@@ -35,6 +37,10 @@ public:
         int mWidth = 0;
         int mHeight = 0;
         quint64 mSize = 0;
+        // Where the entry sits in the store while it is there: a key that already
+        // holds its entry is moved to the front without a search.
+        bool mStored = false;
+        Store::Handle mPosition;
     };
     struct GlyphEntry
     {
@@ -81,7 +87,7 @@ private:
     void evict();
     bool bindEntry(const TextureEntry& entry);
 
-    TLRUCache<unsigned long, std::shared_ptr<TextureEntry>, NullLock, sorted_vector> mStore;
+    Store mStore;
     quint64 mMaxSize;
     quint64 mElasticity;
     quint64 mCurrentSize = 0;

@@ -18,6 +18,8 @@ protected:
 
 TEST_F(GLStateManagerTest, RedundantRequestsStopAtTheCache)
 {
+    const quint64 requests = mManager->requests();
+    const quint64 forwarded = mManager->forwarded();
     mManager->glEnable(GL_BLEND);
     mManager->glEnable(GL_BLEND);
     mManager->glDisable(GL_BLEND);
@@ -41,6 +43,8 @@ TEST_F(GLStateManagerTest, RedundantRequestsStopAtTheCache)
                            "glUseProgram(7)", "glActiveTexture(33985)", "glBindTexture(3553, 3)",
                            "glBindTexture(34067, 3)", "glBindBuffer(34962, 9)", "glScissor(1, 2, 3, 4)",
                            "glScissor(1, 2, 3, 5)"}));
+    EXPECT_EQ(mManager->requests() - requests, 18u);
+    EXPECT_EQ(mManager->forwarded() - forwarded, 11u);
     const GLScissorBox box = mManager->state().scissor.value;
     EXPECT_EQ(box.x2, 3);
     EXPECT_EQ(box.y2, 6);

@@ -169,6 +169,38 @@ TEST_F(RendererGLTest, NestedListsDrawIntoTheirTargetScaled)
     EXPECT_TRUE(pixelIs(56, 6, kRed));
 }
 
+TEST_F(RendererGLTest, ShapesAndMultiTextureUsagesUseEveryUnitRight)
+{
+    QTransform rotation;
+    rotation.translate(16, 16).rotate(45);
+    QImage white(4, 4, QImage::Format_ARGB32_Premultiplied);
+    white.fill(Qt::white);
+    QImage mask(4, 4, QImage::Format_ARGB32_Premultiplied);
+    mask.fill(Qt::transparent);
+    for (int y = 0; y < 4; ++y)
+        for (int x = 0; x < 2; ++x)
+            mask.setPixel(x, y, qRgba(255, 255, 255, 255));
+    TextureCache* cache = TextureCache::instance();
+    const TextureKey whiteKey = cache->addOrLookup(white);
+    const TextureKey maskKey = cache->addOrLookup(mask);
+    const TextureKey redKey = quadrants();
+    RenderItemBuilder builder;
+    builder.drawColoredShape(Shape(QRectF(-10, -10, 20, 20), rotation), Qt::red);
+    builder.drawMaskedTexturedShape(Shape(QRectF(32, 0, 32, 32)), whiteKey, maskKey, CustomShaderKey());
+    builder.drawMultiTexturedShape(Shape(QRectF(0, 32, 32, 32)), redKey, whiteKey, 1.0f);
+    // Unit 1 now wants what unit 0 last held: the cache must not skip the bind.
+    builder.drawMultiTexturedShape(Shape(QRectF(32, 32, 32, 32)), whiteKey, redKey, 1.0f);
+    draw(builder);
+    EXPECT_TRUE(pixelIs(16, 16, kRed));
+    EXPECT_TRUE(pixelIs(16, 3, kRed));
+    EXPECT_TRUE(pixelIs(3, 3, kClear));
+    EXPECT_TRUE(pixelIs(36, 16, qRgba(255, 255, 255, 255)));
+    EXPECT_TRUE(pixelIs(60, 16, kClear));
+    EXPECT_TRUE(pixelIs(16, 48, qRgba(255, 255, 255, 255)));
+    EXPECT_TRUE(pixelIs(36, 36, kRed));
+    EXPECT_TRUE(pixelIs(60, 36, kGreen));
+}
+
 class ProgramThief : public ICustomRenderer
 {
 public:
