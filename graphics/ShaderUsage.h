@@ -19,7 +19,10 @@ struct RenderState;
 class ShaderUsage
 {
 public:
-    explicit ShaderUsage(ShaderCache::Builtin builtin) : mBuiltin(builtin) {}
+    explicit ShaderUsage(ShaderCache::Builtin builtin, const QVector<TextureKey>& textures = {},
+                         const QColor& color = QColor())
+        : mBuiltin(builtin), mColor(color), mTextures(textures)
+    {}
     virtual ~ShaderUsage() = default;
 
     // Whether items drawn with `other` can share one draw with this one.
