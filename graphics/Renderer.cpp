@@ -42,7 +42,7 @@ void substitute(QVector<RenderItem*>& items, int index)
         if (below->bounds.contains(item->bounds) && below->type == RenderItem::kGeometry &&
             isPlainRects(static_cast<GeometryRenderItem*>(below)->mGeometry)) {
             const auto* fill = dynamic_cast<const ColorShaderUsage*>(below->shaderUsage.get());
-            if (fill && !fill->blendsWithDestination())
+            if (fill && !fill->needsBlending())
                 item->shaderUsage.reset(TextureShaderUsage::opacify(item->shaderUsage.get(), fill->color()));
         }
         return;
@@ -53,7 +53,7 @@ bool wantsSubstitution(const GeometryRenderItem* item)
 {
     const ShaderUsage* usage = item->shaderUsage.get();
     return dynamic_cast<const TextureShaderUsage*>(usage) && usage->needsBlending() &&
-           usage->isSourceOver() && usage->opacity() >= 1.0f && isPlainRects(item->mGeometry) &&
+           usage->opacity() >= 1.0f && isPlainRects(item->mGeometry) &&
            item->bounds.width() * item->bounds.height() >= kMinSubstitutionArea;
 }
 
@@ -92,7 +92,7 @@ void mergeUpwards(QVector<RenderItem*>& items, int index)
 
 void setBlending(GLStateManager* gl, const ShaderUsage* usage, const RenderState& state)
 {
-    if (usage->blendsWithDestination() || state.opacity < 1.0f) {
+    if (usage->needsBlending() || state.opacity < 1.0f) {
         gl->glEnable(GL_BLEND);
         gl->glBlendFunc(usage->blendSource(), usage->blendDestination());
     } else {
@@ -132,7 +132,7 @@ QRegion optimize(QVector<RenderItem*>& items, bool allowSubstitution)
         if (isSkipped(item))
             continue;
         if (item->type != RenderItem::kGeometry) {
-            if (!item->shaderUsage || !item->shaderUsage->blendsWithDestination())
+            if (!item->shaderUsage || !item->shaderUsage->needsBlending())
                 covered |= item->opaqueRect & item->bounds;
             continue;
         }
@@ -149,7 +149,7 @@ QRegion optimize(QVector<RenderItem*>& items, bool allowSubstitution)
         if (usage->isIdentity())
             for (Geometry* g = geometry; g; g = g->next())
                 g->setHolesRegion(covered);
-        if (!usage->blendsWithDestination() && isPlainRects(geometry))
+        if (!usage->needsBlending() && isPlainRects(geometry))
             covered |= item->opaqueRect;
         if (isCullable(geometry)) {
             delete item;

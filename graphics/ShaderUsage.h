@@ -19,7 +19,10 @@ struct RenderState;
 class ShaderUsage
 {
 public:
-    explicit ShaderUsage(ShaderCache::Builtin builtin) : mBuiltin(builtin) {}
+    explicit ShaderUsage(ShaderCache::Builtin builtin, const QVector<TextureKey>& textures = {},
+                         const QColor& color = QColor())
+        : mBuiltin(builtin), mColor(color), mTextures(textures)
+    {}
     virtual ~ShaderUsage() = default;
 
     // Whether items drawn with `other` can share one draw with this one.
@@ -42,15 +45,11 @@ public:
     GLenum blendSource() const { return mBlendSource; }
     GLenum blendDestination() const { return mBlendDestination; }
     void setBlendFunc(GLenum source, GLenum destination);
-    bool isSourceOver() const
+    // Whether the blend factors read the destination even for opaque sources (any
+    // composition other than source-over and source): such usages always blend.
+    bool blendReadsDestination() const
     {
-        return mBlendSource == GL_ONE && mBlendDestination == GL_ONE_MINUS_SRC_ALPHA;
-    }
-    // Whether the result depends on what lies beneath: translucent pixels, or a
-    // composition other than source over and source.
-    bool blendsWithDestination() const
-    {
-        return needsBlending() || mBlendSource != GL_ONE ||
+        return mBlendSource != GL_ONE ||
                (mBlendDestination != GL_ONE_MINUS_SRC_ALPHA && mBlendDestination != GL_ZERO);
     }
     const QColor& color() const { return mColor; }

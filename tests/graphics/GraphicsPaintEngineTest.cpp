@@ -89,7 +89,7 @@ TEST_F(GraphicsPaintEngineTest, CompositionModesSetBlendFactorsUnknownOnesKeepTh
         EXPECT_EQ(items()[i]->shaderUsage->blendSource(), GLenum(GL_ONE_MINUS_DST_ALPHA));
         EXPECT_EQ(items()[i]->shaderUsage->blendDestination(), GLenum(GL_SRC_ALPHA));
         // An opaque colour still depends on what lies beneath.
-        EXPECT_TRUE(items()[i]->shaderUsage->blendsWithDestination());
+        EXPECT_TRUE(items()[i]->shaderUsage->needsBlending());
     }
     EXPECT_EQ(items()[2]->shaderUsage->blendDestination(), GLenum(GL_ONE));
 }
