@@ -93,6 +93,8 @@ public:
 
 private:
     void completeAnimation(DisplayViewAnimation* animation);
+    // Calls the callback on the view and, depth first, on all its descendants.
+    static void dispatch(DisplayView* view, void (DisplayView::*callback)());
     DisplayView* addContainer(const char* name);
 
     int mScreen;
