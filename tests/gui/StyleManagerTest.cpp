@@ -273,3 +273,18 @@ TEST_F(StyleManagerTest, TheWatcherFollowsAFileThatAnEditorReplaces)
         EXPECT_EQ(title.stringValue(Style::Color), QString(colour).mid(6));
     }
 }
+
+TEST_F(StyleManagerTest, TheShippedStyleSheetLoadsCleanly)
+{
+    qputenv("ORBIS_ASSETS", ORBIS_SOURCE_DIR "/assets");
+    assets.manager()->loadConfiguration();
+    EXPECT_TRUE(log.messages().isEmpty()) << log.messages().join('\n').toStdString();
+
+    const Style dialog("Dialog/Frame");
+    EXPECT_EQ(dialog.width(), 960);
+    EXPECT_EQ(dialog.stringValue(Style::BackgroundColor), "panelColor");
+    EXPECT_EQ(Style("Button/Primary").enumValue(Style::ButtonColor), 1);
+    EXPECT_EQ(Style("Button/Primary").stringValue(Style::ButtonImage), "button.png");
+    EXPECT_TRUE(Style("Panel/Header").font().bold());
+    EXPECT_EQ(Style("StatusBar/Icon").width(), 32);
+}
