@@ -63,11 +63,10 @@ Style::Style(StyleData* data) : mData(data) {}
 
 Style::Style(const QString& spec)
 {
-    const QString normalized = normalizedSpec(spec);
-    if (normalized.isEmpty())
+    if (spec.isEmpty())
         return;
     if (StyleManager* manager = StyleManager::instance())
-        mData = manager->lookupOrCreateSpec(normalized, true);
+        mData = manager->lookupOrCreateWritten(spec);
 }
 
 QString Style::spec() const
@@ -80,33 +79,48 @@ QString Style::name() const
     return mData ? mData->name() : QString();
 }
 
-QString Style::normalizedSpec(const QString& spec)
+bool Style::isNormalized(const QString& spec)
 {
     const QChar* chars = spec.constData();
     const int size = spec.size();
-
-    // Most specifications are written normalized; hand those back without copying.
-    bool normalized = true;
-    for (int start = 0, i = 0; i <= size && normalized; ++i) {
-        if (i < size && chars[i] != QLatin1Char(';'))
-            continue;
-        if (size == 0)
-            break;
-        normalized = i > start && !chars[start].isSpace() && !chars[i - 1].isSpace();
-        start = i + 1;
+    for (int start = 0; start < size;) {
+        int end = spec.indexOf(QLatin1Char(';'), start);
+        if (end < 0)
+            end = size;
+        if (end == start || chars[start].isSpace() || chars[end - 1].isSpace() || end == size - 1)
+            return false;
+        start = end + 1;
     }
-    if (normalized)
+    return true;
+}
+
+QString Style::normalizedSpec(const QString& spec)
+{
+    // Most specifications are written normalized; hand those back without copying.
+    if (isNormalized(spec))
         return spec;
 
+    const QChar* chars = spec.constData();
+    const int size = spec.size();
+    const QChar separator(QLatin1Char(';'));
     QString result;
     result.reserve(size);
-    for (const QStringRef& raw : spec.splitRef(QLatin1Char(';'), Qt::SkipEmptyParts)) {
-        const QStringRef part = raw.trimmed();
-        if (part.isEmpty())
-            continue;
-        if (!result.isEmpty())
-            result += QLatin1Char(';');
-        result += part;
+    for (int start = 0; start < size;) {
+        int end = start;
+        while (end < size && chars[end] != separator)
+            ++end;
+        int first = start;
+        int last = end;
+        while (first < last && chars[first].isSpace())
+            ++first;
+        while (last > first && chars[last - 1].isSpace())
+            --last;
+        if (last > first) {
+            if (!result.isEmpty())
+                result += separator;
+            result.append(chars + first, last - first);
+        }
+        start = end + 1;
     }
     return result;
 }

@@ -234,6 +234,7 @@ public:
     static QString attributeKey(StyleAttribute attr);
 
 private:
+    static bool isNormalized(const QString& spec);
     static bool enumValueOf(StyleAttribute attr, const QString& text, int& out);
     static QVariant valueOf(const StyleData* data, StyleAttribute attr);
     int requiredGeometry(StyleAttribute attr, const char* message) const;

@@ -202,14 +202,14 @@ void Style::StyleData::setAttribute(StyleAttribute attr, const QVariant& value)
         ORBIS_FAIL(QStringLiteral("Unknown attribute '%1'!").arg(int(attr)));
         return;
     }
-    const QString text = value.toString();
-    switch (typeIt.value()) {
-    case BoolType:
-    case IntType:
-    case RealType:
-    case StringType:
+    const StyleAttributeType type = typeIt.value();
+    // Readers convert these; only the other kinds are parsed from text.
+    if (type == BoolType || type == IntType || type == RealType || type == StringType) {
         mValues.insert(attr, value);
         return;
+    }
+    const QString text = value.toString();
+    switch (type) {
     case EnumType9:
     case EnumType:
     case EnumType11:
@@ -250,6 +250,8 @@ void Style::StyleData::setAttribute(StyleAttribute attr, const QVariant& value)
         mFonts.insert(attr, font);
         return;
     }
+    default:
+        return;
     }
 }
 
@@ -302,6 +304,8 @@ int Style::StyleData::listenerCount() const
 
 void Style::StyleData::dispatchChangedEvent()
 {
+    if (mListeners.isEmpty())
+        return;
     mListeners.removeAll(nullptr);
     // A listener may unregister (or register others) from restyled().
     const QList<QPointer<QObject>> listeners = mListeners;

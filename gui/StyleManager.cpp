@@ -108,13 +108,24 @@ Style::StyleData* StyleManager::lookupOrCreateSpec(const QString& spec, bool eva
 {
     if (spec.isEmpty())
         return nullptr;
-    if (Style::StyleData* known = mStyles.value(spec).data())
-        return known;
+    const auto known = mStyles.constFind(spec);
+    if (known != mStyles.cend())
+        return known->data();
     // Registered before its named parts are resolved, which may come back here.
     Style::StyleData* data = registerData(mStyles, spec);
     data->initSpec(spec);
     if (evaluate)
         data->evaluate();
+    return data;
+}
+
+Style::StyleData* StyleManager::lookupOrCreateWritten(const QString& text)
+{
+    const auto known = mWrittenSpecs.constFind(text);
+    if (known != mWrittenSpecs.cend())
+        return known.value();
+    Style::StyleData* data = lookupOrCreateSpec(Style::normalizedSpec(text), true);
+    mWrittenSpecs.insert(text, data);
     return data;
 }
 

@@ -31,6 +31,8 @@ public:
     // spec must be normalized (Style::normalizedSpec).
     Style::StyleData* lookupOrCreateSpec(const QString& spec, bool evaluate);
     Style::StyleData* lookupOrCreateAlias(const QString& name, const QString& spec);
+    // A specification as code writes it: normalized once per distinct text.
+    Style::StyleData* lookupOrCreateWritten(const QString& text);
     // A named style got a new definition: outside a load, it and everything built
     // on it are re-evaluated and restyled at once.
     void markChanged(Style::StyleData* data);
@@ -70,6 +72,9 @@ private:
 
     QHash<QString, TExplicitlySharedDataPointer<Style::StyleData>> mStyles;
     QHash<QString, TExplicitlySharedDataPointer<Style::StyleData>> mNamedStyles;
+    // Texts given to Style(spec), normalized or not, so that repeated lookups of
+    // the same text cost one hash lookup.
+    QHash<QString, Style::StyleData*> mWrittenSpecs;
     // Every style ever created, oldest first: the order of a full re-evaluation.
     QVector<Style::StyleData*> mCreationOrder;
     // Names defined during the current load, and whether an override file did it.
