@@ -10,6 +10,7 @@
 #include "StyleVariantConverter.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
 #include <QSettings>
@@ -235,10 +236,20 @@ void StyleManager::loadConfigurationFile(const QString& path)
         Logger::warn(QStringLiteral("Style file %1 is missing").arg(path));
         return;
     }
-    if (!info.isFile() || !info.isReadable()) {
+    QFile file(path);
+    if (!info.isFile() || !file.open(QIODevice::ReadOnly)) {
         Logger::warn(QStringLiteral("Style file %1 is not readable").arg(path));
         return;
     }
+    // The INI reader turns "@Type(...)" values, also when spelled with escapes,
+    // into deserialized binary data, which damaged bytes can make it abort on.
+    // Style specifications need neither.
+    const QByteArray content = file.readAll();
+    if (content.contains('@') || content.contains('\\')) {
+        Logger::warn(QStringLiteral("Style file %1 contains escapes or serialized values").arg(path));
+        return;
+    }
+    file.close();
     QSettings settings(path, QSettings::IniFormat);
     settings.setIniCodec("UTF-8");
     // What the INI reader could make of a damaged file is still used: a typo made

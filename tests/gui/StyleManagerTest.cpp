@@ -288,3 +288,17 @@ TEST_F(StyleManagerTest, TheShippedStyleSheetLoadsCleanly)
     EXPECT_TRUE(Style("Panel/Header").font().bold());
     EXPECT_EQ(Style("StatusBar/Icon").width(), 32);
 }
+
+TEST_F(StyleManagerTest, SerializedValuesInAFileAreRefusedBeforeTheyReachTheReader)
+{
+    // Without the check, the first file makes the INI reader allocate a list of
+    // two billion strings and abort.
+    assets.write("styles-common.conf", "A=@Variant(\\0\\0\\0\\v\\x7f\\xff\\xff\\xff)\n");
+    assets.write("assets-common.conf", "B=\"\\x40Variant(\\0\\0\\0\\v\\x7f\\xff\\xff\\xff)\"\n");
+    load("Good=\"Width:8\"\n");
+    EXPECT_EQ(Style("Good").width(), 8);
+    EXPECT_EQ(errors(), QStringList({"Style file " + assets.path("styles-common.conf") +
+                                         " contains escapes or serialized values",
+                                     "Style file " + assets.path("assets-common.conf") +
+                                         " contains escapes or serialized values"}));
+}
