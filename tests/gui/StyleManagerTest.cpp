@@ -291,7 +291,7 @@ TEST_F(StyleManagerTest, TheShippedStyleSheetLoadsCleanly)
 
 TEST_F(StyleManagerTest, SerializedValuesInAFileAreRefusedBeforeTheyReachTheReader)
 {
-    // Without the check, the first file makes the INI reader allocate a list of
+    // Without the check, the first file makes the INI reader reserve a list of
     // two billion strings and abort.
     assets.write("styles-common.conf", "A=@Variant(\\0\\0\\0\\v\\x7f\\xff\\xff\\xff)\n");
     assets.write("assets-common.conf", "B=\"\\x40Variant(\\0\\0\\0\\v\\x7f\\xff\\xff\\xff)\"\n");
