@@ -273,8 +273,11 @@ void StyleManager::loadConfigurationGroup(QSettings& settings)
         const QStringList children = settings.childGroups();
         if (!group.isEmpty())
             settings.endGroup();
-        for (auto it = children.crbegin(); it != children.crend(); ++it)
-            pending.append(group.isEmpty() ? *it : group + '/' + *it);
+        // Damaged files can yield a nameless group, which would be entered forever.
+        for (auto it = children.crbegin(); it != children.crend(); ++it) {
+            if (!it->isEmpty())
+                pending.append(group.isEmpty() ? *it : group + '/' + *it);
+        }
     }
 }
 
@@ -282,7 +285,7 @@ void StyleManager::parseConfigurationEntry(const QSettings& settings, const QStr
 {
     const QString group = settings.group();
     const QString name = group.isEmpty() ? key : group + '/' + key;
-    const QVariant value = settings.value(key);
+    const QVariant value = key.isEmpty() ? QVariant() : settings.value(key);
     if (!value.isValid()) {
         ORBIS_FAIL(QStringLiteral("Missing entry ") + name);
         return;
