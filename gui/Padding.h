@@ -13,7 +13,8 @@ struct Padding
     qint32 left = 0;
 
     constexpr Padding() = default;
-    constexpr explicit Padding(qint32 all) : top(all), right(all), bottom(all), left(all) {}
+    // Implicit on purpose: a single number is the same inset on every side.
+    constexpr Padding(qint32 all) : top(all), right(all), bottom(all), left(all) {}
     constexpr Padding(qint32 vertical, qint32 horizontal)
         : top(vertical), right(horizontal), bottom(vertical), left(horizontal)
     {}

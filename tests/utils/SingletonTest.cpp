@@ -11,11 +11,7 @@ std::atomic<int> gConstructed{0};
 
 struct Counted
 {
-    Counted()
-    {
-        ++gConstructed;
-        QThread::msleep(0);
-    }
+    Counted() { ++gConstructed; }
     int payload = 7;
 };
 

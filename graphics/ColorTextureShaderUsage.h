@@ -1,0 +1,17 @@
+#pragma once
+
+#include "ShaderUsage.h"
+
+namespace gfx {
+
+// A texture tinted by a colour.
+class ColorTextureShaderUsage : public ShaderUsage
+{
+public:
+    ColorTextureShaderUsage(const TextureKey& texture, const QColor& color)
+        : ShaderUsage(ShaderCache::kColorTexture, {texture}, color)
+    {}
+    bool needsBlending() const override { return true; }
+};
+
+} // namespace gfx

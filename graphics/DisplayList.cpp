@@ -1,0 +1,64 @@
+#include "DisplayList.h"
+
+#include "DisplayListSliceBuilder.h"
+#include "GeometryBufferAllocator.h"
+#include "GeometryRenderItem.h"
+#include "Renderer.h"
+#include "VertexBuffer.h"
+
+#include <Logger.h>
+
+namespace gfx {
+
+DisplayList::DisplayList() = default;
+
+DisplayList::DisplayList(QVector<RenderItem*>& items, bool allowSubstitution)
+    : mItems(std::move(items)), mAllowSubstitution(allowSubstitution)
+{
+    items.clear();
+}
+
+DisplayList::~DisplayList()
+{
+    qDeleteAll(mItems);
+}
+
+void DisplayList::optimize()
+{
+    if (mOptimized)
+        return;
+    const QRegion covered = gfx::optimize(mItems, mAllowSubstitution);
+    generateGeometry(covered);
+    mOptimized = true;
+}
+
+void DisplayList::render(const RenderState& state)
+{
+    if (!mOptimized)
+        Logger::error(QStringLiteral("Attempting to render unoptimized DisplayList"));
+    gfx::render(state, this);
+}
+
+void DisplayList::generateGeometry(const QRegion& covered)
+{
+    mCovered = covered;
+    VertexBuffer* buffer = initOrGetVertexBuffer();
+    for (RenderItem*& item : mItems) {
+        if (!item || item->type != RenderItem::kGeometry)
+            continue;
+        auto* geometryItem = static_cast<GeometryRenderItem*>(item);
+        DisplayListSliceBuilder builder(buffer);
+        for (Geometry* g = geometryItem->mGeometry; g; g = g->next())
+            builder.add(g);
+        item = builder.finish(geometryItem);
+    }
+}
+
+VertexBuffer* DisplayList::initOrGetVertexBuffer()
+{
+    if (!mVertexBuffer)
+        mVertexBuffer = GeometryBufferAllocator::instance()->create();
+    return mVertexBuffer.get();
+}
+
+} // namespace gfx

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QRegion>
+#include <QSharedData>
+#include <QVector>
+#include <memory>
+
+namespace gfx {
+
+class RenderItem;
+class VertexBuffer;
+struct RenderState;
+
+// An ordered list of render items (owned), optimised once and then replayed any
+// number of times. Shared explicitly (TExplicitlySharedDataPointer).
+class DisplayList : public QSharedData
+{
+public:
+    DisplayList();
+    // Takes the items over (`items` is left empty). `allowSubstitution` lets the
+    // optimiser fold solid fills under large translucent textures into their shader.
+    DisplayList(QVector<RenderItem*>& items, bool allowSubstitution);
+    ~DisplayList();
+    DisplayList(const DisplayList&) = delete;
+    DisplayList& operator=(const DisplayList&) = delete;
+
+    void optimize();
+    void render(const RenderState& state);
+    // Writes every geometry into the list's vertex buffer and replaces each
+    // geometry item by a slice of that buffer.
+    void generateGeometry(const QRegion& covered);
+    VertexBuffer* initOrGetVertexBuffer();
+
+    const QVector<RenderItem*>& items() const { return mItems; }
+    bool isOptimized() const { return mOptimized; }
+    bool allowsSubstitution() const { return mAllowSubstitution; }
+    // The area that opaque items cover, known once optimised.
+    const QRegion& coveredRegion() const { return mCovered; }
+
+private:
+    QVector<RenderItem*> mItems;
+    bool mOptimized = false;
+    bool mAllowSubstitution = false;
+    std::unique_ptr<VertexBuffer> mVertexBuffer;
+    QRegion mCovered;
+};
+
+} // namespace gfx

@@ -1,0 +1,157 @@
+#include "Geometry.h"
+
+namespace gfx {
+
+Geometry::Geometry(Mode mode) : mMode(mode) {}
+
+Geometry::~Geometry()
+{
+    // Chains can be long after merging: unlink iteratively instead of recursing.
+    Geometry* g = mNext;
+    while (g) {
+        Geometry* following = g->mNext;
+        g->mNext = nullptr;
+        delete g;
+        g = following;
+    }
+}
+
+void Geometry::setRegion(const QRegion& region)
+{
+    mRegion = region;
+    mRect |= region.boundingRect();
+}
+
+void Geometry::addRect(const QRectF& rect)
+{
+    if (rect.isEmpty())
+        return;
+    const QRect whole = rect.toRect();
+    if (QRectF(whole) == rect)
+        mRegion += whole;
+    else
+        mFractionalRects << rect;
+    mRect |= rect.toAlignedRect();
+}
+
+void Geometry::setTextureMapping(const QRectF& target, const TexCoordInsets& insets)
+{
+    mTextureTarget = target;
+    mInsets = insets;
+}
+
+void Geometry::setShape(const Shape& shape)
+{
+    mShape = std::make_unique<Shape>(shape);
+    mRect |= shape.boundingRect();
+}
+
+Geometry* Geometry::last()
+{
+    Geometry* g = this;
+    while (g->mNext)
+        g = g->mNext;
+    return g;
+}
+
+void Geometry::setUploaded(int firstVertex, int vertexCount)
+{
+    mUploaded = true;
+    mFirstVertex = firstVertex;
+    mVertexCount = vertexCount;
+}
+
+void Geometry::setHolesRegion(const QRegion& covered)
+{
+    if (covered.isEmpty())
+        return;
+    mRegion -= covered;
+    QVector<QRectF> kept;
+    for (const QRectF& r : qAsConst(mFractionalRects)) {
+        if (!QRegion(r.toAlignedRect()).subtracted(covered).isEmpty())
+            kept << r;
+    }
+    mFractionalRects = kept;
+    if (mShape)
+        mShape->removeHidden(covered);
+}
+
+bool Geometry::hasNoArea() const
+{
+    return mRegion.isEmpty() && mFractionalRects.isEmpty() && (!mShape || mShape->deepIsEmpty());
+}
+
+QPointF Geometry::texCoordAt(const QPointF& p) const
+{
+    if (mShape)
+        return mShape->texCoordAt(p);
+    const QRectF& t = mTextureTarget;
+    const double u = t.width() > 0 ? (p.x() - t.x()) / t.width() : 0;
+    const double v = t.height() > 0 ? (p.y() - t.y()) / t.height() : 0;
+    return QPointF(mInsets.left + u * (1 - mInsets.left - mInsets.right),
+                   mInsets.top + v * (1 - mInsets.top - mInsets.bottom));
+}
+
+void Geometry::appendRect(QVector<Vertex>& out, const QRectF& r) const
+{
+    const QPointF corners[4] = {r.topLeft(), r.topRight(), r.bottomRight(), r.bottomLeft()};
+    static const int kOrder[6] = {0, 1, 2, 0, 2, 3};
+    for (int i : kOrder) {
+        const QPointF tex = isTextured() ? texCoordAt(corners[i]) : QPointF();
+        out.append({float(corners[i].x()), float(corners[i].y()), float(tex.x()), float(tex.y())});
+    }
+}
+
+QVector<Vertex> Geometry::triangulate() const
+{
+    QVector<Vertex> out;
+    switch (mMode) {
+    case kColorRects:
+    case kTextureRects:
+        out.reserve((mRegion.rectCount() + mFractionalRects.size()) * 6);
+        for (const QRect& r : mRegion)
+            appendRect(out, QRectF(r));
+        for (const QRectF& r : mFractionalRects)
+            appendRect(out, r);
+        break;
+    case kColorShape:
+    case kTextureShape:
+        for (const QPolygonF& polygon : mShape->polygons()) {
+            // Convex: a fan from the first corner.
+            for (int i = 1; i + 1 < polygon.size(); ++i) {
+                for (const QPointF& p : {polygon[0], polygon[i], polygon[i + 1]}) {
+                    const QPointF tex = isTextured() ? texCoordAt(p) : QPointF();
+                    out.append({float(p.x()), float(p.y()), float(tex.x()), float(tex.y())});
+                }
+            }
+        }
+        break;
+    case kIndexedTriangles:
+        out.reserve(mIndices.size());
+        for (quint16 i : mIndices) {
+            if (i < mVertices.size())
+                out.append(mVertices[i]);
+        }
+        break;
+    case kTriangles:
+    case kTriangleStrip:
+    case kLineStrip:
+        out = mVertices;
+        break;
+    }
+    return out;
+}
+
+GLenum Geometry::primitive() const
+{
+    switch (mMode) {
+    case kTriangleStrip:
+        return GL_TRIANGLE_STRIP;
+    case kLineStrip:
+        return GL_LINE_STRIP;
+    default:
+        return GL_TRIANGLES;
+    }
+}
+
+} // namespace gfx

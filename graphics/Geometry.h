@@ -1,0 +1,109 @@
+#pragma once
+
+#include "Shape.h"
+#include "TexCoordInsets.h"
+#include "Vertex.h"
+
+#include <QRect>
+#include <QRegion>
+#include <QVector>
+#include <memory>
+#include <qopengl.h>
+
+namespace gfx {
+
+// What one draw covers, in item coordinates. Geometries of one item form a chain
+// through `next` and are drawn with the same shader usage.
+//
+// Modes below 2 are rectangles (a region, plus rectangles with fractional edges),
+// which the optimiser may cut and merge; shape modes hold convex polygons; the
+// vertex modes carry their own vertices; 5, 6 and 7 are never culled.
+class Geometry
+{
+public:
+    enum Mode
+    {
+        kColorRects = 0,
+        kTextureRects = 1,
+        kColorShape = 2,
+        kTextureShape = 3,
+        kIndexedTriangles = 4,
+        kTriangles = 5,
+        kTriangleStrip = 6,
+        kLineStrip = 7,
+    };
+
+    explicit Geometry(Mode mode);
+    ~Geometry();
+    Geometry(const Geometry&) = delete;
+    Geometry& operator=(const Geometry&) = delete;
+
+    Mode mode() const { return mMode; }
+    bool isRectMode() const { return mMode < 2; }
+    bool isTextured() const { return mMode == kTextureRects || mMode == kTextureShape; }
+
+    // The bounding rectangle; grows when geometries are merged behind it.
+    const QRect& rect() const { return mRect; }
+    void setRect(const QRect& rect) { mRect = rect; }
+
+    // Rect modes: whole-pixel rectangles and those with fractional edges.
+    const QRegion& region() const { return mRegion; }
+    void setRegion(const QRegion& region);
+    const QVector<QRectF>& fractionalRects() const { return mFractionalRects; }
+    void addRect(const QRectF& rect);
+    // Texture rect modes: `target` (item coordinates) shows the texture inside `insets`.
+    void setTextureMapping(const QRectF& target, const TexCoordInsets& insets);
+
+    // Shape modes.
+    const Shape* shape() const { return mShape.get(); }
+    void setShape(const Shape& shape);
+
+    // Vertex modes.
+    QVector<Vertex>& vertices() { return mVertices; }
+    const QVector<Vertex>& vertices() const { return mVertices; }
+    const QVector<quint16>& indices() const { return mIndices; }
+    void setIndices(const QVector<quint16>& indices) { mIndices = indices; }
+    bool hasIndexList() const { return !mIndices.isEmpty(); }
+
+    // Drops what `covered` hides (whole pixels of the region, whole fractional
+    // rectangles and whole polygons).
+    void setHolesRegion(const QRegion& covered);
+    // Whether no rectangle or polygon area is left (vertex lists are not looked at).
+    bool hasNoArea() const;
+
+    // The vertices to draw as primitive(): rectangles and polygons become triangles,
+    // index lists are expanded.
+    QVector<Vertex> triangulate() const;
+    GLenum primitive() const;
+
+    Geometry* next() const { return mNext; }
+    void setNext(Geometry* next) { mNext = next; }
+    Geometry* last();
+
+    // Where the vertices lie in the list's vertex buffer once written there.
+    bool isUploaded() const { return mUploaded; }
+    void setUploaded(int firstVertex, int vertexCount);
+    void clearUploaded() { mUploaded = false; }
+    int firstVertex() const { return mFirstVertex; }
+    int vertexCount() const { return mVertexCount; }
+
+private:
+    void appendRect(QVector<Vertex>& out, const QRectF& r) const;
+    QPointF texCoordAt(const QPointF& p) const;
+
+    Mode mMode;
+    QRect mRect;
+    QRegion mRegion;
+    QVector<QRectF> mFractionalRects;
+    QRectF mTextureTarget;
+    TexCoordInsets mInsets;
+    std::unique_ptr<Shape> mShape;
+    QVector<Vertex> mVertices;
+    QVector<quint16> mIndices;
+    Geometry* mNext = nullptr;
+    bool mUploaded = false;
+    int mFirstVertex = 0;
+    int mVertexCount = 0;
+};
+
+} // namespace gfx

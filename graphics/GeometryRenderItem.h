@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Geometry.h"
+#include "RenderItem.h"
+
+namespace gfx {
+
+// A draw of a chain of geometries with one shader usage.
+class GeometryRenderItem : public RenderItem
+{
+public:
+    static constexpr quint32 kMaxMerges = 51;
+
+    GeometryRenderItem(ShaderUsage* usage, Geometry* geometry)
+        : RenderItem(kGeometry, usage), mGeometry(geometry)
+    {}
+    ~GeometryRenderItem() override { delete mGeometry; }
+
+    // Takes over `earlier` (an item earlier in the list with an equal usage and the
+    // same kind of geometry): its chain is drawn first, then this item's; `earlier`
+    // is deleted. False, with nothing changed, when the kinds differ.
+    bool merge(GeometryRenderItem* earlier);
+    // The opaque area before the matrix, kept for recomputing after merges.
+    void setLocalOpaque(const QRect& area) { mLocalOpaque = area; }
+
+    Geometry* mGeometry;
+    quint32 mergeCount = 0;
+
+private:
+    QRect mLocalOpaque;
+};
+
+} // namespace gfx

@@ -1,0 +1,266 @@
+#include "RenderItemBuilder.h"
+
+#include "ColorShaderUsage.h"
+#include "ColorTextureShaderUsage.h"
+#include "CommandRenderItem.h"
+#include "DisplayList.h"
+#include "DisplayListRenderItem.h"
+#include "Geometry.h"
+#include "GeometryRenderItem.h"
+#include "MaskTextureShaderUsage.h"
+#include "MultiTextureShaderUsage.h"
+#include "TextureShaderUsage.h"
+
+namespace gfx {
+
+namespace {
+// The largest whole-pixel rectangle of a rect geometry: what it promises to cover.
+QRect opaqueArea(const Geometry* head)
+{
+    QRect best;
+    for (const Geometry* g = head; g; g = g->next()) {
+        if (!g->isRectMode())
+            continue;
+        for (const QRect& r : g->region())
+            if (qint64(r.width()) * r.height() > qint64(best.width()) * best.height())
+                best = r;
+    }
+    return best;
+}
+
+TexCoordInsets insetsOf(const QRect& source, const QSize& size)
+{
+    if (size.isEmpty())
+        return TexCoordInsets();
+    const float w = size.width();
+    const float h = size.height();
+    return {source.x() / w, source.y() / h, (w - source.x() - source.width()) / w,
+            (h - source.y() - source.height()) / h};
+}
+} // namespace
+
+RenderItemBuilder::RenderItemBuilder() = default;
+
+RenderItemBuilder::RenderItemBuilder(const QRegion& clip) : mClip(clip), mHasClip(true) {}
+
+RenderItemBuilder::~RenderItemBuilder()
+{
+    qDeleteAll(mItems);
+}
+
+QVector<RenderItem*> RenderItemBuilder::takeItems()
+{
+    QVector<RenderItem*> items;
+    items.swap(mItems);
+    return items;
+}
+
+TExplicitlySharedDataPointer<DisplayList> RenderItemBuilder::createDisplayList(bool allowSubstitution)
+{
+    QVector<RenderItem*> items = takeItems();
+    return TExplicitlySharedDataPointer<DisplayList>(new DisplayList(items, allowSubstitution));
+}
+
+void RenderItemBuilder::setBlendFunc(GLenum source, GLenum destination)
+{
+    mBlendSource = source;
+    mBlendDestination = destination;
+}
+
+bool RenderItemBuilder::outsideClip(const QRect& rect) const
+{
+    return mHasClip && !mClip.intersects(rect);
+}
+
+Geometry* RenderItemBuilder::geometryFor(const Shape& shape, bool textured) const
+{
+    const Shape clipped = mHasClip ? shape.clipped(mClip) : shape;
+    if (clipped.deepIsEmpty())
+        return nullptr;
+    Geometry* g;
+    if (clipped.isRectilinear()) {
+        g = new Geometry(textured ? Geometry::kTextureRects : Geometry::kColorRects);
+        for (const QPolygonF& p : clipped.polygons())
+            g->addRect(p.boundingRect());
+        if (textured)
+            g->setTextureMapping(shape.transform().mapRect(shape.sourceRect()), shape.insets());
+    } else {
+        g = new Geometry(textured ? Geometry::kTextureShape : Geometry::kColorShape);
+        g->setShape(clipped);
+    }
+    return g;
+}
+
+void RenderItemBuilder::appendGeometry(ShaderUsage* usage, Geometry* geometry, const QMatrix4x4& matrix)
+{
+    if (!geometry) {
+        delete usage;
+        return;
+    }
+    if (!matrix.isIdentity())
+        usage->setMatrix(matrix);
+    usage->setOpacity(usage->opacity() * mOpacity);
+    usage->setBlendFunc(mBlendSource, mBlendDestination);
+    auto* item = new GeometryRenderItem(usage, geometry);
+    QRect local;
+    for (const Geometry* g = geometry; g; g = g->next())
+        local |= g->rect();
+    const QRect opaque = opaqueArea(geometry);
+    item->setLocalOpaque(opaque);
+    item->computeRects(local, opaque);
+    mItems.append(item);
+}
+
+void RenderItemBuilder::appendShape(ShaderUsage* usage, const Shape& shape, bool textured)
+{
+    appendGeometry(usage, geometryFor(shape, textured));
+}
+
+void RenderItemBuilder::drawColoredShape(const Shape& shape, const QColor& color)
+{
+    appendShape(new ColorShaderUsage(color), shape, false);
+}
+
+void RenderItemBuilder::drawColoredRect(const QRect& rect, const QColor& color)
+{
+    drawColoredRegion(QRegion(rect), color);
+}
+
+void RenderItemBuilder::drawColoredRegion(const QRegion& region, const QColor& color)
+{
+    const QRegion visible = mHasClip ? region & mClip : region;
+    if (visible.isEmpty())
+        return;
+    auto* g = new Geometry(Geometry::kColorRects);
+    g->setRegion(visible);
+    appendGeometry(new ColorShaderUsage(color), g);
+}
+
+void RenderItemBuilder::drawTexturedRect(const QRect& rect, const TextureKey& key, bool blend,
+                                         const TexCoordInsets& insets)
+{
+    drawTexturedRect(rect, key, blend, CustomShaderKey(), insets);
+}
+
+void RenderItemBuilder::drawTexturedRect(const QRect& rect, const TextureKey& key, bool blend,
+                                         const CustomShaderKey& shader, const TexCoordInsets& insets)
+{
+    drawTexturedRect(rect, key, TextureKey(), blend, shader, insets);
+}
+
+void RenderItemBuilder::drawTexturedRect(const QRect& rect, const TextureKey& key, const TextureKey& second,
+                                         bool blend, const CustomShaderKey& shader,
+                                         const TexCoordInsets& insets)
+{
+    appendShape(new TextureShaderUsage(key, blend, shader, second), Shape(QRectF(rect), QTransform(), insets),
+                true);
+}
+
+void RenderItemBuilder::drawTexturedRect(const QRect& target, const TextureKey& key, const QRect& source,
+                                         bool blend)
+{
+    drawTexturedRect(target, key, blend, insetsOf(source, key.size()));
+}
+
+void RenderItemBuilder::drawTexturedRegion(const QRegion& region, const QRect& textureRect,
+                                           const TextureKey& key, bool blend)
+{
+    const QRegion visible = mHasClip ? region & mClip : region;
+    if (visible.isEmpty())
+        return;
+    auto* g = new Geometry(Geometry::kTextureRects);
+    g->setRegion(visible);
+    g->setTextureMapping(textureRect, TexCoordInsets());
+    appendGeometry(new TextureShaderUsage(key, blend), g);
+}
+
+void RenderItemBuilder::drawTexturedShape(const Shape& shape, const TextureKey& key, const QMatrix4x4& matrix,
+                                          bool blend, const CustomShaderKey& shader)
+{
+    auto* usage = new TextureShaderUsage(key, blend, shader);
+    if (matrix.isIdentity()) {
+        appendShape(usage, shape, true);
+        return;
+    }
+    // The matrix moves the shape on the GPU: the device clip cannot cut it here.
+    if (outsideClip(matrix.mapRect(shape.boundingRect()))) {
+        delete usage;
+        return;
+    }
+    auto* g = new Geometry(Geometry::kTextureShape);
+    g->setShape(shape);
+    appendGeometry(usage, g, matrix);
+}
+
+void RenderItemBuilder::drawMultiTexturedShape(const Shape& shape, const TextureKey& first,
+                                               const TextureKey& second, float mix)
+{
+    appendShape(new MultiTextureShaderUsage(first, second, mix), shape, true);
+}
+
+void RenderItemBuilder::drawMaskedTexturedShape(const Shape& shape, const TextureKey& key,
+                                                const TextureKey& mask, const CustomShaderKey& shader)
+{
+    auto* usage = new MaskTextureShaderUsage(key, mask);
+    usage->setCustomShader(shader);
+    appendShape(usage, shape, true);
+}
+
+void RenderItemBuilder::drawColorTexturedShape(const Shape& shape, const TextureKey& key, const QColor& color)
+{
+    appendShape(new ColorTextureShaderUsage(key, color), shape, true);
+}
+
+void RenderItemBuilder::drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader)
+{
+    if (!usage || !geometry) {
+        delete usage;
+        delete geometry;
+        return;
+    }
+    if (!shader.isNull())
+        usage->setCustomShader(shader);
+    if (mHasClip && geometry->isRectMode() && usage->isIdentity())
+        for (Geometry* g = geometry; g; g = g->next())
+            g->setRegion(g->region() & mClip);
+    appendGeometry(usage, geometry);
+}
+
+void RenderItemBuilder::drawDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list,
+                                        const QRect& target, const QRect& source, bool blend,
+                                        const QMatrix4x4& matrix)
+{
+    if (!list || target.isEmpty() || source.isEmpty())
+        return;
+    auto* item = new DisplayListRenderItem(list, target, source, blend);
+    if (!matrix.isIdentity())
+        item->shaderUsage->setMatrix(matrix);
+    item->shaderUsage->setOpacity(mOpacity);
+    // An optimised, opaque list that fills its source hides what lies beneath.
+    const bool opaque =
+        !blend && list->isOptimized() && QRegion(source).subtracted(list->coveredRegion()).isEmpty();
+    item->computeRects(target, opaque ? target : QRect());
+    if (outsideClip(item->bounds)) {
+        delete item;
+        return;
+    }
+    mItems.append(item);
+}
+
+void RenderItemBuilder::drawViewportDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list,
+                                                const QRect& viewport, bool blend)
+{
+    drawDisplayList(list, viewport, QRect(QPoint(0, 0), viewport.size()), blend);
+}
+
+void RenderItemBuilder::drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target,
+                                               const QRect& source, bool opaque)
+{
+    if (!renderer || outsideClip(target))
+        return;
+    auto* item = new CommandRenderItem(renderer, target, source);
+    item->computeRects(target, opaque ? target : QRect());
+    mItems.append(item);
+}
+
+} // namespace gfx

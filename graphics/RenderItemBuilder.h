@@ -1,0 +1,95 @@
+#pragma once
+
+#include "CustomShaderKey.h"
+#include "Shape.h"
+#include "TexCoordInsets.h"
+#include "TextureKey.h"
+
+#include <QColor>
+#include <QMatrix4x4>
+#include <QRegion>
+#include <QVector>
+#include <TExplicitlySharedDataPointer.h>
+#include <qopengl.h>
+
+namespace gfx {
+
+class DisplayList;
+class Geometry;
+class ICustomRenderer;
+class RenderItem;
+class ShaderUsage;
+
+// Appends render items, one per call, clipped to the builder's clip region. The
+// current opacity and blend factors go onto every item appended after they are
+// set. Items are owned until taken (or handed to a display list).
+class RenderItemBuilder
+{
+public:
+    RenderItemBuilder();
+    explicit RenderItemBuilder(const QRegion& clip);
+    ~RenderItemBuilder();
+    RenderItemBuilder(const RenderItemBuilder&) = delete;
+    RenderItemBuilder& operator=(const RenderItemBuilder&) = delete;
+
+    void reserve(int count) { mItems.reserve(count); }
+    const QVector<RenderItem*>& items() const { return mItems; }
+    QVector<RenderItem*> takeItems();
+    TExplicitlySharedDataPointer<DisplayList> createDisplayList(bool allowSubstitution);
+
+    float opacity() const { return mOpacity; }
+    void setOpacity(float opacity) { mOpacity = opacity; }
+    void setBlendFunc(GLenum source, GLenum destination);
+    bool hasClip() const { return mHasClip; }
+    const QRegion& clip() const { return mClip; }
+
+    void drawColoredShape(const Shape& shape, const QColor& color);
+    void drawColoredRect(const QRect& rect, const QColor& color);
+    void drawColoredRegion(const QRegion& region, const QColor& color);
+
+    void drawTexturedRect(const QRect& rect, const TextureKey& key, bool blend,
+                          const TexCoordInsets& insets = TexCoordInsets());
+    void drawTexturedRect(const QRect& rect, const TextureKey& key, bool blend, const CustomShaderKey& shader,
+                          const TexCoordInsets& insets = TexCoordInsets());
+    void drawTexturedRect(const QRect& rect, const TextureKey& key, const TextureKey& second, bool blend,
+                          const CustomShaderKey& shader, const TexCoordInsets& insets = TexCoordInsets());
+    // `source` in texture pixels.
+    void drawTexturedRect(const QRect& target, const TextureKey& key, const QRect& source, bool blend);
+    // The texture spans `textureRect`; only the region's part of it is drawn.
+    void drawTexturedRegion(const QRegion& region, const QRect& textureRect, const TextureKey& key,
+                            bool blend);
+    void drawTexturedShape(const Shape& shape, const TextureKey& key, const QMatrix4x4& matrix, bool blend,
+                           const CustomShaderKey& shader = CustomShaderKey());
+    void drawMultiTexturedShape(const Shape& shape, const TextureKey& first, const TextureKey& second,
+                                float mix);
+    void drawMaskedTexturedShape(const Shape& shape, const TextureKey& key, const TextureKey& mask,
+                                 const CustomShaderKey& shader);
+    void drawColorTexturedShape(const Shape& shape, const TextureKey& key, const QColor& color);
+
+    // Takes ownership of both.
+    void drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader);
+
+    void drawDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list, const QRect& target,
+                         const QRect& source, bool blend, const QMatrix4x4& matrix = QMatrix4x4());
+    // The list's (0, 0)-based content drawn into `viewport`, unscaled.
+    void drawViewportDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list, const QRect& viewport,
+                                 bool blend);
+    // `opaque` promises that the renderer covers `target` with opaque pixels.
+    void drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target, const QRect& source,
+                                bool opaque);
+
+private:
+    Geometry* geometryFor(const Shape& shape, bool textured) const;
+    void appendGeometry(ShaderUsage* usage, Geometry* geometry, const QMatrix4x4& matrix = QMatrix4x4());
+    void appendShape(ShaderUsage* usage, const Shape& shape, bool textured);
+    bool outsideClip(const QRect& rect) const;
+
+    QVector<RenderItem*> mItems;
+    QRegion mClip;
+    bool mHasClip = false;
+    float mOpacity = 1.0f;
+    GLenum mBlendSource = GL_ONE;
+    GLenum mBlendDestination = GL_ONE_MINUS_SRC_ALPHA;
+};
+
+} // namespace gfx

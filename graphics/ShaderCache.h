@@ -1,0 +1,55 @@
+#pragma once
+
+#include "CustomShaderKey.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <Singleton.h>
+#include <memory>
+
+namespace gfx {
+
+class ShaderProgram;
+
+// Compiles each program once, on first use, and keeps it for the context's life.
+class ShaderCache
+{
+public:
+    enum Builtin
+    {
+        kColor = 1,
+        kTexture,
+        kOpacifiedTexture,
+        kMultiTexture,
+        kMaskTexture,
+        kColorTexture,
+        kAlphaTexture,
+    };
+
+    static ShaderCache* instance() { return Singleton<ShaderCache>::instance(); }
+    ~ShaderCache();
+
+    ShaderProgram* program(Builtin builtin);
+    // The custom program when `key` is set, else the builtin one.
+    ShaderProgram* program(const CustomShaderKey& key, Builtin fallback);
+
+    // A fragment shader that sees the builtin uniforms it declares (uMatrix in the
+    // vertex stage; uTexture, uTexture1, uColor, uOpacity, uMix) and vTexCoord.
+    CustomShaderKey registerCustomShader(const QByteArray& fragmentSource);
+
+    int compiledCount() const { return mPrograms.size(); }
+    // Deletes every program; the context must be current (before it goes away).
+    void releaseAll();
+
+private:
+    friend class Singleton<ShaderCache>;
+    ShaderCache() = default;
+
+    ShaderProgram* compiled(int id, const QByteArray& fragmentSource);
+
+    QHash<int, ShaderProgram*> mPrograms;
+    QHash<int, QByteArray> mCustomSources;
+    int mNextCustomId = 1000;
+};
+
+} // namespace gfx

@@ -1,0 +1,20 @@
+#pragma once
+
+namespace gfx {
+
+// How far the sampled area lies inside the texture, per edge, in texture
+// coordinates (0 = the texture's own edge).
+struct TexCoordInsets
+{
+    float left = 0;
+    float top = 0;
+    float right = 0;
+    float bottom = 0;
+
+    bool operator==(const TexCoordInsets& o) const
+    {
+        return left == o.left && top == o.top && right == o.right && bottom == o.bottom;
+    }
+};
+
+} // namespace gfx

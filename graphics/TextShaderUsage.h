@@ -1,0 +1,16 @@
+#pragma once
+
+#include "AlphaTextureShaderUsage.h"
+
+namespace gfx {
+
+// Glyphs: a colour through the coverage of a glyph atlas page.
+class TextShaderUsage : public AlphaTextureShaderUsage
+{
+public:
+    TextShaderUsage(const TextureKey& glyphPage, const QColor& color)
+        : AlphaTextureShaderUsage(glyphPage, color)
+    {}
+};
+
+} // namespace gfx

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "TextureKeyDataCached.h"
+
+#include <QPixmap>
+
+namespace gfx {
+
+class TextureKeyDataQPixmap : public TextureKeyDataCached
+{
+public:
+    TextureKeyDataQPixmap(const QPixmap& pixmap, TextureFeatures features)
+        : TextureKeyDataCached(features), mPixmap(pixmap)
+    {}
+
+    Type type() const override { return kPixmap; }
+    bool isNull() const override { return mPixmap.isNull(); }
+    quint64 cacheKey() const override { return quint64(mPixmap.cacheKey()); }
+    QImage image() const override { return mPixmap.toImage(); }
+    QSize size() const override { return mPixmap.size(); }
+
+private:
+    QPixmap mPixmap;
+};
+
+} // namespace gfx

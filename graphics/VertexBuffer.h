@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Vertex.h"
+
+#include <QVector>
+#include <qopengl.h>
+
+namespace gfx {
+
+class GeometryBufferAllocator;
+
+// The one GL array buffer of a display list. Vertices are appended on the
+// processor and sent to GL when the buffer is bound: only the new tail, unless a
+// frame has passed since the last upload, in which case the whole store is
+// respecified so that the driver never waits for the GPU to finish the last frame.
+// Unchanged buffers are only bound.
+class VertexBuffer
+{
+public:
+    explicit VertexBuffer(GeometryBufferAllocator* allocator = nullptr);
+    ~VertexBuffer();
+    VertexBuffer(const VertexBuffer&) = delete;
+    VertexBuffer& operator=(const VertexBuffer&) = delete;
+
+    // Returns the index of the first appended vertex.
+    int append(const QVector<Vertex>& vertices);
+    int vertexCount() const { return mVertices.size(); }
+
+    // Uploads what is pending, binds the buffer and points attributes 0 (position)
+    // and 1 (texture coordinates) into it.
+    void bind();
+    void nextFrame() { mRespecify = true; }
+
+private:
+    friend class GeometryBufferAllocator;
+
+    GeometryBufferAllocator* mAllocator;
+    QVector<Vertex> mVertices;
+    GLuint mBuffer = 0;
+    int mUploadedCount = 0;
+    int mCapacity = 0;
+    bool mRespecify = true;
+};
+
+} // namespace gfx

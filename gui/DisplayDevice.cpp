@@ -1,0 +1,302 @@
+#include "DisplayDevice.h"
+
+#include "ConfigValue.h"
+#include "DataValueManager.h"
+#include "DisplayViewAnimation.h"
+#include "Logger.h"
+#include "TouchOwnership.h"
+
+#include <cmath>
+
+static const char* const kLogSource = "../../../gui/DisplayDevice";
+
+static ConfigIntValue gMaxLayoutIterations("ui/max_layout_iterations", 10);
+static ConfigBoolValue gPrintVisitedCount("ui/print_layout_visited_node_count", false);
+static ConfigBoolValue gPrintPlaceCount("ui/print_layout_place_count", false);
+static ConfigBoolValue gPrintDeferredListSize("ui/print_deferred_list_size", false);
+
+int DisplayDevice::refreshRate = 60;
+double DisplayDevice::windowScale = 1.0;
+int DisplayDevice::rotateOrientation = 0;
+QString DisplayDevice::touchDriver;
+bool DisplayDevice::useCursor = false;
+bool DisplayDevice::debugUpdates = false;
+bool DisplayDevice::debugPadding = false;
+QList<DisplayDevice*> DisplayDevice::mDisplays;
+
+DisplayDevice::DisplayDevice(int width, int height, int screen)
+    : DisplayView(nullptr, "DisplayDevice"), mScreen(screen)
+{
+    setDevice(this);
+    setTouchBehavior(IgnoreTouches, true);
+    applySize(width, height);
+    setUseLayer(true);
+    mHidden = addContainer("hidden");
+    mViews = addContainer("views");
+    mCustomLayers = addContainer("customLayers");
+    mPopupViewContainer = addContainer("popupViewContainer");
+    mPopups = addContainer("popups");
+    mOverlays = addContainer("overlays");
+    // Views that must exist off screen: never shown, never dirty anything.
+    mHidden->show(false);
+    mHidden->setUpdateBehavior(NoUpdates, true);
+    mHidden->setUseLayer(true);
+    mDisplays.append(this);
+    mRenderRegion = QRegion();
+    mCompositeRegion = QRegion();
+    mFrameNeeded = false;
+}
+
+DisplayDevice::~DisplayDevice()
+{
+    // The tree goes first, while the device can still drop its references to it.
+    clearAllChildren();
+    qDeleteAll(mAnimations);
+    mAnimations.clear();
+    mDisplays.removeOne(this);
+}
+
+DisplayView* DisplayDevice::addContainer(const char* name)
+{
+    DisplayView* container = new DisplayView(this, name);
+    container->autoResizeToParent(QRectF(0, 0, 1, 1));
+    container->setTouchBehavior(IgnoreTouches, true);
+    return container;
+}
+
+void DisplayDevice::setSize(QSize size)
+{
+    applySize(size.width(), size.height());
+    reveal();
+}
+
+// Invalidation
+
+QRect DisplayDevice::padRevealRect(const QRect& rect) const
+{
+    const int s = int(std::lround(windowScale));
+    if (windowScale == 1.0 || s == 0)
+        return rect;
+    const int left = ((rect.left() + 1 - s) / s) * s;
+    const int top = ((rect.top() + 1 - s) / s) * s;
+    const int width = ((rect.right() - left + 3 * s) / (2 * s)) * 2 * s;
+    const int height = ((rect.bottom() - top + 3 * s) / (2 * s)) * 2 * s;
+    return QRect(left, top, width, height);
+}
+
+void DisplayDevice::reveal(const QRect& rect)
+{
+    const QRect padded = padRevealRect(rect);
+    mRenderRegion += padded;
+    mCompositeRegion += padded;
+    mFrameNeeded = true;
+}
+
+void DisplayDevice::reveal()
+{
+    reveal(QRect(0, 0, width(), height()));
+}
+
+void DisplayDevice::takeDirtyRegions(QRegion* render, QRegion* composite)
+{
+    if (render)
+        *render = mRenderRegion;
+    if (composite)
+        *composite = mCompositeRegion;
+    mRenderRegion = QRegion();
+    mCompositeRegion = QRegion();
+    mFrameNeeded = false;
+}
+
+// Frame
+
+void DisplayDevice::startFrame()
+{
+    DataValueManager::instance()->processPendingChanges();
+    if (mTouchOwnership)
+        mTouchOwnership->processEvents();
+    updateAnimations();
+    checkKeyFocus();
+    sVisitedCount = 0;
+    sPlaceCount = 0;
+    processDeferredLayouts();
+    if (gPrintVisitedCount.value())
+        Logger::info(QStringLiteral("visitedLayout() Count: %1").arg(sVisitedCount));
+    if (gPrintPlaceCount.value())
+        Logger::info(QStringLiteral("place() Count: %1").arg(sPlaceCount));
+}
+
+void DisplayDevice::updateAnimations()
+{
+    const QList<DisplayViewAnimation*> running = mAnimations;
+    for (DisplayViewAnimation* animation : running) {
+        // An earlier completion may have deleted this one's view.
+        if (!mAnimations.contains(animation))
+            continue;
+        if (!animation->update())
+            completeAnimation(animation);
+    }
+}
+
+void DisplayDevice::completeAnimation(DisplayViewAnimation* animation)
+{
+    mAnimations.removeOne(animation);
+    DisplayView* view = animation->view();
+    const bool hide = animation->hideWhenDone;
+    delete animation;
+    if (hide)
+        view->show(false);
+    view->animationComplete();
+    emit view->animationComplete(view);
+    if (view->mDeleteAfterAnimation)
+        delete view;
+}
+
+DisplayViewAnimation* DisplayDevice::getViewAnimation(DisplayView* view, bool create)
+{
+    for (DisplayViewAnimation* animation : qAsConst(mAnimations)) {
+        if (animation->view() == view)
+            return animation;
+    }
+    if (!create)
+        return nullptr;
+    if (view->mDestroying) {
+        view->viewAssert("!mDestroying",
+                         QStringLiteral("Creating an animation for a dereferenced view View: %1"), __LINE__);
+        return nullptr;
+    }
+    DisplayViewAnimation* animation = new DisplayViewAnimation(view);
+    mAnimations.append(animation);
+    view->animationStarted();
+    emit view->animationStarted(view);
+    return animation;
+}
+
+void DisplayDevice::finishViewAnimation(DisplayView* view)
+{
+    if (DisplayViewAnimation* animation = getViewAnimation(view, false)) {
+        animation->finish();
+        completeAnimation(animation);
+    }
+}
+
+void DisplayDevice::deferLayout(DisplayView* view)
+{
+    if (!mDeferredLayouts.contains(view))
+        mDeferredLayouts.append(view);
+}
+
+void DisplayDevice::processDeferredLayouts()
+{
+    if (gPrintDeferredListSize.value())
+        Logger::info(QStringLiteral("Deferred layouts: %1").arg(mDeferredLayouts.size()));
+    // A pass may dirty other views; they are laid out in further passes, up to a bound.
+    for (int pass = 0; pass < gMaxLayoutIterations.value() && !mDeferredLayouts.isEmpty(); ++pass) {
+        const QList<DisplayView*> queue = mDeferredLayouts;
+        mDeferredLayouts.clear();
+        for (DisplayView* view : queue) {
+            // Views laid out by an earlier one of this batch are clean by now.
+            if (view->isLayoutDirty())
+                view->deferredLayout();
+        }
+    }
+}
+
+void DisplayDevice::dispatch(DisplayView* view, void (DisplayView::*callback)())
+{
+    (view->*callback)();
+    const DisplayViewList::List children = view->children().list();
+    for (DisplayView* child : children)
+        dispatch(child, callback);
+}
+
+void DisplayDevice::dispatchTick(DisplayView* view)
+{
+    dispatch(view, &DisplayView::tick);
+}
+
+void DisplayDevice::dispatchTick1s(DisplayView* view)
+{
+    dispatch(view, &DisplayView::tick1s);
+}
+
+void DisplayDevice::dispatchReskinned(DisplayView* view)
+{
+    dispatch(view, &DisplayView::reskinned);
+}
+
+// Focus
+
+void DisplayDevice::setKeyFocus(DisplayView* view)
+{
+    if (view == mKeyFocus)
+        return;
+    if (view && !ORBIS_ASSERT(view->canHaveKeyFocus(), QStringLiteral("View cannot have key focus")))
+        return;
+    DisplayView* old = mKeyFocus;
+    mKeyFocus = view;
+    if (old)
+        old->lostKeyFocus();
+    if (view)
+        view->gotKeyFocus();
+}
+
+void DisplayDevice::clearKeyFocus()
+{
+    setKeyFocus(nullptr);
+}
+
+void DisplayDevice::checkKeyFocus()
+{
+    if (mKeyFocus && (!mKeyFocus->isVisible(nullptr) || !mKeyFocus->isEnabled()))
+        clearKeyFocus();
+}
+
+void DisplayDevice::setTouchFocus(DisplayView* view)
+{
+    if (view == mTouchFocus)
+        return;
+    DisplayView* old = mTouchFocus;
+    mTouchFocus = view;
+    if (old) {
+        old->lostTouchFocus();
+        emit old->lostTouchFocus(old);
+    }
+    if (view) {
+        view->gotTouchFocus();
+        emit view->gotTouchFocus(view);
+    }
+}
+
+void DisplayDevice::clearTouchFocus()
+{
+    setTouchFocus(nullptr);
+}
+
+DisplayView* DisplayDevice::viewAtPoint(QPoint point)
+{
+    return DisplayView::viewAtPoint(point);
+}
+
+// Views
+
+void DisplayDevice::removeReferences(DisplayView* view)
+{
+    mDeferredLayouts.removeOne(view);
+    if (DisplayViewAnimation* animation = getViewAnimation(view, false)) {
+        mAnimations.removeOne(animation);
+        delete animation;
+    }
+    if (mKeyFocus == view)
+        mKeyFocus = nullptr;
+    if (mTouchFocus == view)
+        mTouchFocus = nullptr;
+}
+
+void DisplayDevice::deleteView(DisplayView* view)
+{
+    if (!ORBIS_ASSERT(view && view != this, QStringLiteral("Cannot delete this view")))
+        return;
+    view->changeParent(nullptr);
+    view->deleteLater();
+}

@@ -1,0 +1,484 @@
+#pragma once
+
+#include "DisplayViewList.h"
+#include "InterpolatedValue.h"
+#include "Padding.h"
+#include "SkinColor.h"
+#include "ViewBuffer.h"
+
+#include <QMatrix4x4>
+#include <QObject>
+#include <QPainter>
+#include <QPixmap>
+#include <QPointF>
+#include <QRect>
+#include <QRegion>
+#include <QVariantMap>
+#include <QVector3D>
+#include <memory>
+
+class DataValue;
+class DisplayDevice;
+class DisplayViewAnimation;
+class DisplayViewEffect;
+class DisplayViewOverlay;
+class DisplayViewShadow;
+class LayoutAction;
+class QKeyEvent;
+class StringDataValue;
+
+// Base of every on-screen element: a node of the view tree under one DisplayDevice,
+// with a rectangle in its parent's coordinates. It turns changes into dirty
+// rectangles that climb to the nearest layer and the device, paints itself and its
+// children in list order, and answers hit tests for touch dispatch.
+class DisplayView : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum TouchBehavior
+    {
+        TouchWhileDisabled = 0x1, // takes touches even when disabled
+        KeepTouches = 0x2,        // keeps the touches it holds instead of handing them to children
+        IgnoreTouches = 0x4       // passes touches through to its parent
+    };
+    enum TouchGesture
+    {
+        TapGesture = 0x1,
+        DragGesture = 0x2,
+        PinchGesture = 0x4,
+        RotateGesture = 0x8
+    };
+    enum UpdateBehavior
+    {
+        NoUpdates = 0x1,         // invalidation is suppressed
+        NoParentDirtyArea = 0x2, // leaving or joining a parent does not dirty it
+        PreserveDirtyRect = 0x4  // the layer keeps its content outside dirty rectangles
+    };
+    enum DrawingBehavior
+    {
+        NoDrawing = 0x1,      // draw() is skipped, children still paint
+        DrawWhenHidden = 0x2, // painted into its layer even while hidden
+    };
+    enum CompositingBehavior
+    {
+        CompositeIntoParentLayer = 0x1
+    };
+    enum LayoutProperty
+    {
+        PositionProperty,
+        SizeProperty,
+        VisibilityProperty,
+        StyleProperty,
+        FixedSizeProperty,
+        MarginProperty
+    };
+
+    // A layout strategy owned by the view (the flex binding is one). The view reports
+    // tree and property changes to it; it computes frames during a layout pass and
+    // writes them back with setLayoutResultRect.
+    class LayoutImpl
+    {
+    public:
+        virtual ~LayoutImpl() = default;
+        virtual QSizeF size() = 0;
+        virtual QPointF topLeft() = 0;
+        virtual void setSize(const QSizeF& size) = 0;
+        virtual void setTopLeft(const QPointF& topLeft) = 0;
+        virtual void layoutPropertyChanged(DisplayView::LayoutProperty property) = 0;
+        virtual void childLayoutPropertyChanged(DisplayView* child, DisplayView::LayoutProperty property) = 0;
+        virtual void childLayoutDirty(DisplayView* child) = 0;
+        virtual bool isFixedSize() = 0;
+        virtual void childAdded(DisplayView* child) = 0;
+        virtual void childRemoved(DisplayView* child) = 0;
+        virtual void childOrderChanged(DisplayView* child) = 0;
+        virtual void childrenCleared() = 0;
+        // The view from which a pass must start (a root of the layout tree), or null.
+        virtual DisplayView* viewToStartLayout() = 0;
+        virtual void layout() = 0;
+        virtual void layoutMarkedDirty() = 0;
+        virtual LayoutImpl* cloneForPlaceholder(DisplayView* placeholder) = 0;
+        virtual bool supportsLayoutAnimations() = 0;
+    };
+
+    DisplayView(DisplayView* parent = nullptr, const char* name = nullptr);
+    ~DisplayView() override;
+
+    // Virtual operations, in slot order.
+    virtual QRectF boundingRect(float margin);
+    virtual float childViewBrightness(DisplayView* child);
+    virtual void setCanHaveKeyFocus(bool can, bool recursive);
+    virtual void setCanClearKeyFocus(bool can, bool recursive);
+    virtual void setFixedSize(bool fixed);
+    virtual QPointF visualCenter() const;
+    virtual QVariantMap toVariantMap();
+    virtual QString sanitizeViewName(QString name);
+    virtual QList<DisplayView*> validChildViews();
+    virtual QString viewName();
+    virtual DisplayView* parentView();
+    virtual int shader() const;
+    virtual bool isFixedBrightness() const;
+    virtual DisplayView* dragGestureDelegate(int touch) const;
+    virtual DisplayView* viewAtPoint(QPoint point);
+    virtual void initLayer();
+    virtual void draw(QPainter& painter);
+    virtual void drawChildren(QPainter& painter, QRect rect, QPoint offset);
+    virtual void drawChild(DisplayView* child, QPainter& painter, QRect rect, QPoint offset);
+    virtual void drawOverlay(QPainter& painter);
+    virtual void tick();
+    virtual void tick1s();
+    virtual void enabled();
+    virtual void disabled();
+    virtual void shown();
+    virtual void hidden();
+    virtual void moved();
+    virtual void visibilityChanged(DisplayView* view);
+    virtual void resized();
+    virtual void reskinned();
+    virtual void displayAreaChanged();
+    virtual void touched(int touch, QPoint point);
+    virtual void released(int touch);
+    virtual void tapped(int touch, QPoint point);
+    virtual void pinched(int touch, double scale);
+    virtual void rotated(int touch, double angle);
+    virtual void touchCanceled(int touch);
+    virtual void scrolled(int touch, QSize delta);
+    virtual void wheeled(QPoint point, int delta);
+    virtual void dragged(int touch, QSize delta);
+    virtual void doKeyPress(QKeyEvent* event);
+    virtual void doKeyRelease(QKeyEvent* event);
+    virtual void valueChanged(bool animated, double value);
+    virtual void valueChanged(bool animated, QString value);
+    virtual void gotKeyFocus();
+    virtual void lostKeyFocus();
+    virtual void gotTouchFocus();
+    virtual void lostTouchFocus();
+    virtual bool shouldClearTouchFocus(DisplayView* touched);
+    virtual void animationStarted();
+    virtual void animationComplete();
+    virtual void childAdded(DisplayView* child);
+    virtual void childRemoved(DisplayView* child);
+    virtual void childOrderChanged(DisplayView* child);
+    virtual void childrenCleared();
+    virtual void place();
+    virtual void layoutImplChanged();
+    virtual void doLayout();
+    virtual void restyled();
+
+    // Tree.
+    void changeParent(DisplayView* parent);
+    void raise(DisplayView* above = nullptr);
+    void lower(DisplayView* below = nullptr);
+    void clearAllChildren();
+    bool isChildOf(DisplayView* ancestor) const;
+    DisplayView* createPlaceholder(DisplayView* placeholder);
+    void addToChildrenList(DisplayView* child);
+    void removeFromChildrenList(DisplayView* child);
+    const DisplayViewList& children() const { return mChildren; }
+    DisplayDevice* device() const { return mDevice; }
+    bool isParentChildrenIteratorValid() const;
+    void resetParentChildrenIterator();
+
+    // Geometry and animation. Every animated setter takes a duration in seconds (0:
+    // at once), an easing and a delay in seconds.
+    using EaseType = InterpolatedValue::EaseType;
+    static constexpr EaseType kDefaultEase = InterpolatedValue::EaseInOutCubic;
+    void moveTo(int x, int y, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveLeft(int x, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveTop(int y, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveRight(int right, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveBottom(int bottom, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveHorizontalCenter(int x, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveVerticalCenter(int y, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveCenter(int x, int y, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveCenter(QPoint center, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveVisualTo(int x, int y, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveVisualLeft(int x, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveVisualTop(int y, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveVisualRight(int right, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveVisualBottom(int bottom, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void moveVisualCenter(QPoint center, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void resizeTo(int width, int height, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void resizeVisualTo(int width, int height, double duration = 0, EaseType ease = kDefaultEase,
+                        double delay = 0);
+    void setWidth(int width, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void setVisualWidth(int width, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void setHeight(int height, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void setVisualHeight(int height, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    // With showHide, a fade to 0 hides the view when it completes and a fade from a
+    // hidden state shows it first; with fromCurrent false the fade starts from the
+    // opposite end.
+    void setAlpha(float alpha, double duration = 0, EaseType ease = kDefaultEase, bool showHide = false,
+                  double delay = 0, bool fromCurrent = true);
+    void fadeIn(double duration = 0.3, EaseType ease = kDefaultEase, double delay = 0);
+    void fadeOut(double duration = 0.3, EaseType ease = kDefaultEase, double delay = 0);
+    void setScale(float scale, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void setScale(float scale, QPointF pivot, double duration = 0, EaseType ease = kDefaultEase,
+                  double delay = 0);
+    void setAngle(float angle, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    void setAngle(float angle, QPointF pivot, QVector3D axis, double duration = 0,
+                  EaseType ease = kDefaultEase, double delay = 0);
+    void setBrightness(float brightness, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
+    // Briefly brightens the view (or the given one) and returns to its brightness.
+    void flash(DisplayView* view = nullptr, double duration = 0.2);
+    void deleteAfterAnimation();
+    // The view follows its parent's size from now on: by fractions of it, or at fixed
+    // distances from its edges.
+    void autoResizeToParent(const QRectF& relative);
+    void autoResizeWidthToParent(int left, int right);
+    void autoResizeHeightToParent(int top, int bottom);
+    void autoResizeToParentWithMargins(const Padding& margins);
+
+    double x() const { return mX; }
+    double y() const { return mY; }
+    int width() const { return mWidth; }
+    int height() const { return mHeight; }
+    QPoint position() const { return QPoint(int(mX), int(mY)); }
+    // The rectangle in the parent's coordinates (position truncated toward zero).
+    QRect rect() const { return QRect(int(mX), int(mY), mWidth, mHeight); }
+    QSize size() const { return QSize(mWidth, mHeight); }
+    QPoint center() const { return rect().center(); }
+    QRect relativePositionRect(DisplayView* ancestor) const;
+    QRect drawingRect() const;
+    QRect drawingAreaRect() const;
+    QRect drawingLayerRect() const;
+    QRect transformedOpaqueRect() const;
+    void setClip(const QRect& clip);
+    void setOpaque(const QRect& opaque);
+    float alpha() const { return float(mAlpha); }
+    float brightness() const { return mBrightness; }
+    float scale() const { return float(mScale); }
+    float angle() const { return float(mAngle); }
+
+    // Visibility and enablement.
+    void show(bool visible = true);
+    void hide() { show(false); }
+    bool isVisible(DisplayView* stopAt = nullptr);
+    bool visibleFlag() const { return mVisible; }
+    void enable(bool on = true, bool recursive = false);
+    void disable(bool on = true, bool recursive = false);
+    bool isEnabled() const { return mEnabled; }
+    void reveal(bool force = false);
+
+    // Invalidation.
+    void update();
+    void update(const QRect& rect);
+    void update(const QRegion& region);
+    void update(DisplayView* source, const QRect& rect, bool force);
+    void markDirtyRectsForRendering(bool recursive, bool force);
+    void updateDisplayArea();
+
+    // Painting.
+    void drawViewAndChildren(QPainter& painter);
+    void drawText(QPainter& painter, const QRect& rect, int flags, const QString& text, const QColor& color);
+
+    // Layers.
+    void setUseLayer(bool useLayer, bool cached = false);
+    bool useLayer() const { return mUseLayer; }
+    void setUseCachedLayer(bool cached);
+    void initCachedLayer(const QSize& size);
+    void setLayer(ViewBuffer* layer);
+    void setLayerMask(const QPixmap& mask);
+    void setLayerBackingType(ViewBuffer::BackingType type);
+    void setLayerTransform(const QMatrix4x4& transform);
+    const QMatrix4x4& layerTransform() const { return *mLayerTransform; }
+    void updateTransform();
+    void setCompositeNestedLayers(bool composite);
+    void updateCompositeNestedLayers();
+    void setLayoutScale(double scale);
+    double layoutScale() const;
+    void setEffect(DisplayViewEffect* effect);
+    void setOverlay(DisplayViewOverlay* overlay);
+    void setShadow(DisplayViewShadow* shadow);
+    void setShadowPadding(const Padding& padding);
+    ViewBuffer* layer() const { return mLayer.get(); }
+    DisplayView* layerView();
+    void setUseDisplayList();
+    DisplayViewEffect* effect() const;
+
+    // Background.
+    void setBackground(const char* imagePath, bool stretch = true);
+    void setBackground(const QPixmap& image, bool stretch = true);
+    void setBackgroundColor(const SkinColor& color, double opacity = 1.0);
+    void setBackgroundOpacity(double opacity);
+    void clearBackground();
+
+    // Behaviour flags.
+    void setTouchBehavior(TouchBehavior behavior, bool on);
+    void setTouchGesture(TouchGesture gesture, bool on);
+    void setRequiredTouchGesture(TouchGesture gesture, bool on);
+    void setIgnoreDragGestures(bool horizontal, bool vertical);
+    bool hasTouchBehavior(TouchBehavior behavior) const;
+    bool hasTouchGesture(TouchGesture gesture) const;
+    bool requiresTouchGesture(TouchGesture gesture) const;
+    void setUpdateBehavior(UpdateBehavior behavior, bool on);
+    void setDrawingBehavior(DrawingBehavior behavior, bool on);
+    void setCompositingBehavior(CompositingBehavior behavior, bool on);
+    void setTouchPadding(const Padding& padding);
+    void setDragGestureDelegate(DisplayView* delegate);
+
+    // Focus and touch.
+    void getKeyFocus();
+    bool hasKeyFocus();
+    void resignKeyFocus(bool toParent = false);
+    void getTouchFocus();
+    bool hasTouchFocus();
+    void resignTouchFocus();
+    void transferTouch(int touch, DisplayView* to);
+    bool touchable(int touch);
+    void incrementTouchCount();
+    void decrementTouchCount();
+    int touchCount() const { return mTouchCount; }
+    bool canHaveKeyFocus() const { return mCanHaveKeyFocus; }
+
+    // Value binding.
+    void setValueSource(DataValue& value);
+    void setValueSource(StringDataValue& value);
+    void clearValueSource();
+    DataValue* valueSource() const { return mValueSource; }
+    double currentValue();
+    void setCurrentValue(double value);
+    void addToValueSource(double delta);
+    bool dvConnect(DataValue& value, const char* slot, bool callNow);
+
+    // Layout.
+    void setLayoutImpl(LayoutImpl* impl);
+    // Every layout binding of the framework is the flex one.
+    bool usesCssLayout() const { return mLayoutImpl != nullptr; }
+    LayoutImpl* layoutImpl() const { return mLayoutImpl.get(); }
+    void setLayoutMargin(const Padding& margin);
+    Padding layoutMargin() const;
+    void setEnableDeferredLayout(bool enable);
+    bool deferredLayoutEnabled() const { return mEnableDeferredLayout; }
+    void layoutPropertyChanged(LayoutProperty property);
+    bool checkForRecursiveLayout(LayoutProperty property);
+    void markLayoutDirty();
+    bool isLayoutDirty() const { return mLayoutDirty; }
+    bool isLayoutInProgress() const { return mLayoutInProgress; }
+    void queueForLayout();
+    void deferredLayout();
+    void layout(bool force = false);
+    void visitForLayout();
+    void visitChildrenForLayout();
+    void placeRecursively();
+    void setLayoutResultPosition(const QPointF& position);
+    void setLayoutResultSize(const QSizeF& size);
+    void setLayoutResultRect(const QRectF& rect);
+    QRectF layoutResultRect() const;
+    void setLayoutAction(LayoutAction* action, bool owned);
+
+    // Diagnostics.
+    QString viewPath();
+    void setViewName(QString name);
+
+    static const QMatrix4x4 sIdentityMatrix;
+    // Layout work of the running process, for the frame statistics.
+    static inline int sPlaceCount = 0;
+    static inline int sVisitedCount = 0;
+    // Largest coordinate a view may take, so that edges and painting stay exact.
+    static constexpr int kMaxCoordinate = 1 << 24;
+
+signals:
+    void updated(DisplayView* view, QRect rect);
+    void animationStarted(DisplayView* view);
+    void animationComplete(DisplayView* view);
+    void enabled(DisplayView* view);
+    void disabled(DisplayView* view);
+    void moved(DisplayView* view);
+    void resized(DisplayView* view);
+    void displayAreaChanged(DisplayView* view);
+    void tapped(DisplayView* view);
+    void gotTouchFocus(DisplayView* view);
+    void lostTouchFocus(DisplayView* view);
+    void visibleFlagChanged(DisplayView* view);
+
+public slots:
+    void sourceValueChanged(DataValue* value);
+    void sourceValueChanged(StringDataValue* value);
+
+protected:
+    // Reports misuse about this view: the message's %1 is filled with viewPath().
+    bool viewAssert(const char* condition, const QString& message, int line);
+    // Applies geometry at once, as a finished animation or a layout result does.
+    void applyPosition(double x, double y);
+    void applySize(int width, int height);
+    void applyAlpha(double alpha);
+    void applyBrightness(float brightness);
+    void applyScale(double scale);
+    void applyAngle(double angle);
+
+private:
+    friend class DisplayViewList;
+    friend class DisplayViewAnimation;
+    friend class DisplayDevice;
+
+    void setDevice(DisplayDevice* device);
+    bool acceptsTouches() const;
+    QRect mapRectToParent(const QRect& rect) const;
+    void revealInDevice(const QRect& rect);
+    void drawDebugPadding(QPainter& painter);
+    DisplayViewAnimation* animation(bool create);
+    // The value a property is heading for: the animation's target while one runs.
+    double pendingValue(int property);
+    bool checkGeometryChange(bool animated, const char* circularMessage, int line);
+    // Starts (or, without duration and delay, stops) the animation of one or two
+    // properties; returns whether the change was taken care of.
+    bool animateOrStop(int first, double firstTarget, int second, double secondTarget, double duration,
+                       EaseType ease, double delay);
+    QRect visualOffsetRect() const;
+    void applyAutoResize();
+
+    DisplayView* mParentView = nullptr;
+    DisplayDevice* mDevice = nullptr;
+    DisplayViewList mChildren;
+    const void* mParentChildrenList = nullptr;
+    DisplayViewList::iterator mParentChildrenIterator;
+
+    double mX = 0;
+    double mY = 0;
+    int mWidth = 0;
+    int mHeight = 0;
+    double mAlpha = 1.0;
+    double mScale = 1.0;
+    double mAngle = 0.0;
+    float mBrightness = 1.0f;
+    const QMatrix4x4* mLayerTransform = &sIdentityMatrix;
+    QRect mPlacedRect;
+
+    quint32 mTouchFlags = 0;
+    quint8 mUpdateFlags = 0;
+    quint8 mDrawingFlags = 0;
+    quint8 mCompositingFlags = 0;
+    bool mVisible = true;
+    bool mEnabled = true;
+    bool mFixedBrightness = false;
+    bool mUseLayer = false;
+    bool mCachedLayer = false;
+    bool mCompositeNestedLayers = false;
+    bool mCanHaveKeyFocus = false;
+    bool mCanClearKeyFocus = true;
+    bool mDestroying = false;
+    bool mDeleteAfterAnimation = false;
+    bool mInMoved = false;
+    bool mInResized = false;
+    bool mEnableDeferredLayout = false;
+    bool mLayoutDirty = false;
+    bool mLayoutInProgress = false;
+    bool mFixedSize = false;
+    bool mUseDisplayList = false;
+    int mTouchCount = 0;
+
+    std::unique_ptr<ViewBuffer> mLayer;
+
+    DataValue* mValueSource = nullptr;
+
+    std::unique_ptr<LayoutImpl> mLayoutImpl;
+
+    QString mViewName;
+
+    // What few views use lives apart, so that a plain view stays small.
+    struct Extras;
+    std::unique_ptr<Extras> mExtras;
+    Extras& extras();
+    const Extras& ext() const;
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+class DisplayView;
+
+// A post-processing step applied to a layer after it has been rendered (blur, tint).
+// The source must render into a layer of its own.
+class DisplayViewEffect
+{
+public:
+    virtual ~DisplayViewEffect() = default;
+    // Returns whether the view was accepted.
+    bool setSourceView(DisplayView* view);
+    DisplayView* sourceView() const { return mSource; }
+    virtual void apply() = 0;
+
+private:
+    DisplayView* mSource = nullptr;
+};
