@@ -209,6 +209,7 @@ TEST_F(StyleTest, FontsComeFromTheFontManagerWithBoldAndItalicApplied)
 
 TEST_F(StyleTest, EveryAttributeIsRegisteredAndStyleIsAMetaType)
 {
+    assets.manager(); // its construction registers the attributes
     QSet<QString> keys;
     for (int n = 0; n < Style::kAttributeCount; ++n) {
         const QString key = Style::attributeKey(Style::StyleAttribute(n));
