@@ -49,29 +49,19 @@ static void BM_QHashLookupBaseline(benchmark::State& state)
 }
 BENCHMARK(BM_QHashLookupBaseline);
 
-// Specifications as code writes them, with blanks after the separators.
-static void BM_StyleCachedLookup(benchmark::State& state)
+// The text as code writes it (blanks after the separators) and normalized.
+static void BM_StyleCachedLookup(benchmark::State& state, bool normalized)
 {
     freshRegistry(1000);
-    const Style warm(kWrittenSpec);
+    const QString spec = normalized ? Style::normalizedSpec(kWrittenSpec) : kWrittenSpec;
+    const Style warm(spec);
     for (auto _ : state) {
-        Style style(kWrittenSpec);
+        Style style(spec);
         benchmark::DoNotOptimize(style.data());
     }
 }
-BENCHMARK(BM_StyleCachedLookup);
-
-static void BM_StyleCachedLookupNormalized(benchmark::State& state)
-{
-    freshRegistry(1000);
-    const QString normalized = Style::normalizedSpec(kWrittenSpec);
-    const Style warm(normalized);
-    for (auto _ : state) {
-        Style style(normalized);
-        benchmark::DoNotOptimize(style.data());
-    }
-}
-BENCHMARK(BM_StyleCachedLookupNormalized);
+BENCHMARK_CAPTURE(BM_StyleCachedLookup, written, false);
+BENCHMARK_CAPTURE(BM_StyleCachedLookup, normalized, true);
 
 static void BM_StyleFirstParse(benchmark::State& state)
 {
