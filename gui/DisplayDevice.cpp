@@ -278,6 +278,16 @@ DisplayView* DisplayDevice::viewAtPoint(QPoint point)
     return DisplayView::viewAtPoint(point);
 }
 
+bool DisplayDevice::shouldShowTapAnimation(QPoint point)
+{
+    return QRect(QPoint(), getSize()).contains(point);
+}
+
+void DisplayDevice::showCursor(bool show)
+{
+    mCursorShown = show;
+}
+
 // Views
 
 void DisplayDevice::removeReferences(DisplayView* view)
