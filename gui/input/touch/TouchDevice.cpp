@@ -57,9 +57,9 @@ TouchDevice::TouchDevice(DisplayDevice* device)
         connect(&mInfos[id].touchDelayTimer, &QTimer::timeout, this,
                 [this, id] { touchDelayTimerExpired(id); });
     }
-    // The display is gone by the time this fires: only forget it, never call it.
-    connect(device, &QObject::destroyed, this, [this] {
-        mDevice = nullptr;
+    // The display is gone by the time this fires: forget it, never call it.
+    connect(device, &QObject::destroyed, this, [this, device] {
+        instances().remove(device);
         delete this;
     });
     connect(&GUI_touchDriverError, SIGNAL(valueChanged(DataValue*)), this, SLOT(touchDriverError()));
@@ -68,21 +68,13 @@ TouchDevice::TouchDevice(DisplayDevice* device)
 
 TouchDevice::~TouchDevice()
 {
-    for (auto it = instances().begin(); it != instances().end(); ++it) {
-        if (it.value() == this) {
-            instances().erase(it);
-            break;
-        }
-    }
     if (theTouchDevice == this)
         theTouchDevice = instances().isEmpty() ? nullptr : *instances().begin();
-    if (mDevice && mDevice->touchOwnership() == this)
-        mDevice->setTouchOwnership(nullptr);
 }
 
 bool TouchDevice::loadTouchDriver(const QString& name)
 {
-    mDriver.reset();
+    dropDriver();
     if (name.isEmpty() || name == QLatin1String("mouse"))
         return true;
     if (name == QLatin1String("evdev") || name.startsWith(QLatin1String("evdev:"))) {
@@ -118,9 +110,21 @@ void TouchDevice::touchDriverError()
     if (!failed || !mDriver)
         return;
     Logger::warn(QStringLiteral("Touch driver failed; touch input continues from the mouse"));
-    mDriver.reset();
+    dropDriver();
     if (mDevice)
         mDevice->showCursor(true);
+}
+
+// Fingers of a driver that goes away would otherwise stay down on their views forever.
+void TouchDevice::dropDriver()
+{
+    if (!mDriver)
+        return;
+    mDriver.reset();
+    for (int id = 0; id < mouseTouchPointId(); ++id) {
+        if (mInfos[id].isLive())
+            cancelTouch(mInfos[id], id);
+    }
 }
 
 void TouchDevice::displayStateChanged()

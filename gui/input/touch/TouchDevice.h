@@ -97,6 +97,7 @@ private:
     ~TouchDevice() override;
 
     bool validId(int id);
+    void dropDriver();
     bool inputBlocked() const;
     void dispatch(const TouchEvent& event);
     void press(int id, QPoint point);

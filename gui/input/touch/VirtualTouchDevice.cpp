@@ -87,19 +87,11 @@ bool VirtualTouchDevice::create()
     return true;
 }
 
-bool VirtualTouchDevice::validSlot(int slot) const
-{
-    return ORBIS_ASSERT(slot >= 0 && slot < kMaxSlots, QStringLiteral("invalid touch %1").arg(slot));
-}
-
 bool VirtualTouchDevice::sendTouched(int slot, QPoint point)
 {
-    if (!validSlot(slot))
+    if (!beginFrame(slot, point))
         return false;
-    add(EV_ABS, ABS_MT_SLOT, slot);
     add(EV_ABS, ABS_MT_TRACKING_ID, mNextTrackingId++ & 0xffff);
-    add(EV_ABS, ABS_MT_POSITION_X, point.x());
-    add(EV_ABS, ABS_MT_POSITION_Y, point.y());
     if (mDown == 0)
         add(EV_KEY, BTN_TOUCH, 1);
     mDown |= 1u << slot;
@@ -108,26 +100,28 @@ bool VirtualTouchDevice::sendTouched(int slot, QPoint point)
 
 bool VirtualTouchDevice::sendDragged(int slot, QPoint point)
 {
-    if (!validSlot(slot))
-        return false;
-    add(EV_ABS, ABS_MT_SLOT, slot);
-    add(EV_ABS, ABS_MT_POSITION_X, point.x());
-    add(EV_ABS, ABS_MT_POSITION_Y, point.y());
-    return flush();
+    return beginFrame(slot, point) && flush();
 }
 
 bool VirtualTouchDevice::sendReleased(int slot, QPoint point)
 {
-    if (!validSlot(slot))
+    if (!beginFrame(slot, point))
         return false;
-    add(EV_ABS, ABS_MT_SLOT, slot);
-    add(EV_ABS, ABS_MT_POSITION_X, point.x());
-    add(EV_ABS, ABS_MT_POSITION_Y, point.y());
     add(EV_ABS, ABS_MT_TRACKING_ID, -1);
     mDown &= ~(1u << slot);
     if (mDown == 0)
         add(EV_KEY, BTN_TOUCH, 0);
     return flush();
+}
+
+bool VirtualTouchDevice::beginFrame(int slot, QPoint point)
+{
+    if (!ORBIS_ASSERT(slot >= 0 && slot < kMaxSlots, QStringLiteral("invalid touch %1").arg(slot)))
+        return false;
+    add(EV_ABS, ABS_MT_SLOT, slot);
+    add(EV_ABS, ABS_MT_POSITION_X, point.x());
+    add(EV_ABS, ABS_MT_POSITION_Y, point.y());
+    return true;
 }
 
 void VirtualTouchDevice::add(int type, int code, int value)

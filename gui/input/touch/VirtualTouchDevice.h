@@ -40,7 +40,8 @@ public:
 private:
     void add(int type, int code, int value);
     bool flush();
-    bool validSlot(int slot) const;
+    // Selects the slot and places the finger; false for a slot outside the table.
+    bool beginFrame(int slot, QPoint point);
 
     int mFd = -1;
     bool mOwnsFd = false;

@@ -204,14 +204,3 @@ TEST_F(Taps, TouchesStampTimeAndMakeTheUserPresent)
     EXPECT_FALSE(present.at(1).at(0).toBool());
     EXPECT_FALSE(touch->isUserPresent());
 }
-
-TEST_F(Taps, LoggingNamesStateAndView)
-{
-    QSignalSpy lines(touch, SIGNAL(sendLog(QString)));
-    press(0, QPoint(150, 150));
-    EXPECT_EQ(lines.count(), 0);
-    touch->enableLogging(true);
-    release(0, QPoint(150, 150));
-    ASSERT_EQ(lines.count(), 1);
-    EXPECT_EQ(lines.at(0).at(0).toString(), "touch 0 released at 150,150 view " + button->viewPath());
-}
