@@ -338,6 +338,7 @@ void TouchDevice::move(int id, QPoint point)
                 "!view->isDestroying()",
                 QStringLiteral("Touch Event on a dereferenced view View: %1").arg(view->viewPath()),
                 kLogSource, __LINE__);
+            unpair(info);
             info.reset();
             return;
         }

@@ -25,15 +25,10 @@ TEST(TouchVelocity, FitsALineThroughRecentSamplesOnly)
     EXPECT_NEAR(uneven.velocity().x(), 1.0, 1e-9);
 }
 
-TEST(PointUtils, DistancesAndWrappedAngles)
+TEST(PointUtils, AnglesWrapTheShortWay)
 {
-    EXPECT_DOUBLE_EQ(PointUtils::distanceBetween(QPointF(1, 1), QPointF(4, 5)), 5.0);
-    EXPECT_EQ(PointUtils::vectorBetween(QPointF(1, 1), QPointF(4, 5)), QPointF(3, 4));
-    EXPECT_DOUBLE_EQ(PointUtils::vectorAngle(QPointF(0, 1)), 90.0);
-    EXPECT_DOUBLE_EQ(PointUtils::vectorAngle(QPointF(-1, 0)), 180.0);
     // Crossing the +-180 seam turns the short way.
     EXPECT_DOUBLE_EQ(PointUtils::angleDifference(170, -170), 20.0);
     EXPECT_DOUBLE_EQ(PointUtils::angleDifference(-170, 170), -20.0);
     EXPECT_DOUBLE_EQ(PointUtils::angleDifference(0, 180), -180.0);
-    EXPECT_EQ(PointUtils::manhattanDistance(QPoint(0, 0), QPoint(-20, 11)), 31);
 }
