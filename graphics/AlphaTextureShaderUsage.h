@@ -9,11 +9,8 @@ class AlphaTextureShaderUsage : public ShaderUsage
 {
 public:
     AlphaTextureShaderUsage(const TextureKey& texture, const QColor& color)
-        : ShaderUsage(ShaderCache::kAlphaTexture)
-    {
-        mTextures = {texture};
-        mColor = color;
-    }
+        : ShaderUsage(ShaderCache::kAlphaTexture, {texture}, color)
+    {}
     bool needsBlending() const override { return true; }
 };
 

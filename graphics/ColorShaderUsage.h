@@ -8,8 +8,11 @@ namespace gfx {
 class ColorShaderUsage : public ShaderUsage
 {
 public:
-    explicit ColorShaderUsage(const QColor& color) : ShaderUsage(ShaderCache::kColor) { mColor = color; }
-    bool needsBlending() const override { return mColor.alpha() < 255 || opacity() < 1.0f; }
+    explicit ColorShaderUsage(const QColor& color) : ShaderUsage(ShaderCache::kColor, {}, color) {}
+    bool needsBlending() const override
+    {
+        return mColor.alpha() < 255 || opacity() < 1.0f || blendReadsDestination();
+    }
 };
 
 } // namespace gfx

@@ -9,11 +9,8 @@ class ColorTextureShaderUsage : public ShaderUsage
 {
 public:
     ColorTextureShaderUsage(const TextureKey& texture, const QColor& color)
-        : ShaderUsage(ShaderCache::kColorTexture)
-    {
-        mTextures = {texture};
-        mColor = color;
-    }
+        : ShaderUsage(ShaderCache::kColorTexture, {texture}, color)
+    {}
     bool needsBlending() const override { return true; }
 };
 

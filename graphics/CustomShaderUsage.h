@@ -10,13 +10,11 @@ class CustomShaderUsage : public ShaderUsage
 public:
     CustomShaderUsage(const CustomShaderKey& key, const QVector<TextureKey>& textures, const QColor& color,
                       bool blend)
-        : ShaderUsage(ShaderCache::kColor), mBlend(blend)
+        : ShaderUsage(ShaderCache::kColor, textures, color), mBlend(blend)
     {
         setCustomShader(key);
-        mTextures = textures;
-        mColor = color;
     }
-    bool needsBlending() const override { return mBlend || opacity() < 1.0f; }
+    bool needsBlending() const override { return mBlend || opacity() < 1.0f || blendReadsDestination(); }
     bool equals(const ShaderUsage* other) const override
     {
         return ShaderUsage::equals(other) && static_cast<const CustomShaderUsage*>(other)->mBlend == mBlend;

@@ -50,6 +50,7 @@ void GLCallRecorder::fill(GLenum pname, qint64* out, int count) const
         out[i] = i < values.size() ? values[i] : 0;
 }
 
+// `note args` expands to note(__func__, arg, ...): the call's own name first.
 #define ORBIS_GL_RECORD(ret, name, params, args)                                                             \
     ret GLCallRecorder::name params                                                                          \
     {                                                                                                        \
@@ -162,7 +163,9 @@ void GLCallRecorder::glGetProgramiv(GLuint program, GLenum pname, GLint* params)
 GLint GLCallRecorder::glGetUniformLocation(GLuint program, const char* name)
 {
     note("glGetUniformLocation", program, name);
-    return mTarget ? mTarget->glGetUniformLocation(program, name) : -1;
+    if (mTarget)
+        return mTarget->glGetUniformLocation(program, name);
+    return GLint(qHash(QByteArray(name)) & 0x7fff);
 }
 
 } // namespace gfx

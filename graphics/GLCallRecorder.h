@@ -12,8 +12,8 @@ namespace gfx {
 
 // A GLFunctions that counts (and optionally logs) every call that reaches it, then
 // forwards it to a target. Without a target it stands in for the driver: commands
-// are swallowed, names are handed out in sequence and queries are answered from
-// values set with setQueryResult().
+// are swallowed, names are handed out in sequence, every shader compiles and links,
+// uniforms are found, and queries are answered from values set with setQueryResult().
 //
 // Install it with GLFunctions::install(); it then sees exactly what the engine lets
 // through to the driver.

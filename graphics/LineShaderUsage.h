@@ -9,12 +9,9 @@ class LineShaderUsage : public ShaderUsage
 {
 public:
     LineShaderUsage(const QColor& color, const TextureKey& texture = TextureKey())
-        : ShaderUsage(texture.isNull() ? ShaderCache::kColor : ShaderCache::kColorTexture)
-    {
-        mColor = color;
-        if (!texture.isNull())
-            mTextures = {texture};
-    }
+        : ShaderUsage(texture.isNull() ? ShaderCache::kColor : ShaderCache::kColorTexture,
+                      texture.isNull() ? QVector<TextureKey>() : QVector<TextureKey>{texture}, color)
+    {}
     // Edges are antialiased.
     bool needsBlending() const override { return true; }
 };

@@ -9,10 +9,8 @@ class MaskTextureShaderUsage : public ShaderUsage
 {
 public:
     MaskTextureShaderUsage(const TextureKey& texture, const TextureKey& mask)
-        : ShaderUsage(ShaderCache::kMaskTexture)
-    {
-        mTextures = {texture, mask};
-    }
+        : ShaderUsage(ShaderCache::kMaskTexture, {texture, mask})
+    {}
     bool needsBlending() const override { return true; }
 };
 

@@ -5,10 +5,8 @@
 namespace gfx {
 
 MultiTextureShaderUsage::MultiTextureShaderUsage(const TextureKey& first, const TextureKey& second, float mix)
-    : ShaderUsage(ShaderCache::kMultiTexture), mMix(mix)
-{
-    mTextures = {first, second};
-}
+    : ShaderUsage(ShaderCache::kMultiTexture, {first, second}), mMix(mix)
+{}
 
 bool MultiTextureShaderUsage::equals(const ShaderUsage* other) const
 {

@@ -58,6 +58,7 @@ void ShaderProgram::release()
         GLFunctions::current()->glDeleteProgram(mProgram);
     mProgram = 0;
     mLocations.clear();
+    mValues.clear();
 }
 
 GLuint ShaderProgram::compile(GLenum type, const QByteArray& source)
@@ -90,34 +91,45 @@ GLint ShaderProgram::uniformLocation(const char* name)
     return location;
 }
 
+bool ShaderProgram::changes(GLint location, const float* values, int count)
+{
+    if (location < 0)
+        return false;
+    QVector<float>& last = mValues[location];
+    if (last.size() == count && std::equal(values, values + count, last.constBegin()))
+        return false;
+    last = QVector<float>(values, values + count);
+    return true;
+}
+
 void ShaderProgram::setUniform(const char* name, int value)
 {
     const GLint location = uniformLocation(name);
-    if (location >= 0)
+    const float v = float(value);
+    if (changes(location, &v, 1))
         GLFunctions::current()->glUniform1i(location, value);
 }
 
 void ShaderProgram::setUniform(const char* name, float value)
 {
     const GLint location = uniformLocation(name);
-    if (location >= 0)
+    if (changes(location, &value, 1))
         GLFunctions::current()->glUniform1f(location, value);
 }
 
 void ShaderProgram::setUniform(const char* name, const QColor& color, float opacity)
 {
     const GLint location = uniformLocation(name);
-    if (location < 0)
-        return;
     const float a = float(color.alphaF()) * opacity;
-    GLFunctions::current()->glUniform4f(location, float(color.redF()) * a, float(color.greenF()) * a,
-                                        float(color.blueF()) * a, a);
+    const float v[4] = {float(color.redF()) * a, float(color.greenF()) * a, float(color.blueF()) * a, a};
+    if (changes(location, v, 4))
+        GLFunctions::current()->glUniform4f(location, v[0], v[1], v[2], v[3]);
 }
 
 void ShaderProgram::setUniform(const char* name, const QMatrix4x4& matrix)
 {
     const GLint location = uniformLocation(name);
-    if (location >= 0)
+    if (changes(location, matrix.constData(), 16))
         GLFunctions::current()->glUniformMatrix4fv(location, 1, GL_FALSE, matrix.constData());
 }
 

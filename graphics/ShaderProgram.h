@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QString>
+#include <QVector>
 #include <qopengl.h>
 
 class QColor;
@@ -12,7 +13,7 @@ namespace gfx {
 
 // A linked GLSL ES 1.00 program with attribute 0 "aPosition" and 1 "aTexCoord".
 // Uniform locations are looked up once; setters ignore uniforms the program lacks,
-// so that custom shaders may use any subset.
+// so that custom shaders may use any subset, and values the program already holds.
 class ShaderProgram
 {
 public:
@@ -37,10 +38,13 @@ public:
 
 private:
     GLuint compile(GLenum type, const QByteArray& source);
+    // Records the value; false when the location is absent or already holds it.
+    bool changes(GLint location, const float* values, int count);
 
     QString mName;
     GLuint mProgram = 0;
     QHash<QByteArray, GLint> mLocations;
+    QHash<GLint, QVector<float>> mValues;
 };
 
 } // namespace gfx

@@ -19,7 +19,10 @@ struct RenderState;
 class ShaderUsage
 {
 public:
-    explicit ShaderUsage(ShaderCache::Builtin builtin) : mBuiltin(builtin) {}
+    explicit ShaderUsage(ShaderCache::Builtin builtin, const QVector<TextureKey>& textures = {},
+                         const QColor& color = QColor())
+        : mBuiltin(builtin), mColor(color), mTextures(textures)
+    {}
     virtual ~ShaderUsage() = default;
 
     // Whether items drawn with `other` can share one draw with this one.
@@ -42,6 +45,13 @@ public:
     GLenum blendSource() const { return mBlendSource; }
     GLenum blendDestination() const { return mBlendDestination; }
     void setBlendFunc(GLenum source, GLenum destination);
+    // Whether the blend factors read the destination even for opaque sources (any
+    // composition other than source-over and source): such usages always blend.
+    bool blendReadsDestination() const
+    {
+        return mBlendSource != GL_ONE ||
+               (mBlendDestination != GL_ONE_MINUS_SRC_ALPHA && mBlendDestination != GL_ZERO);
+    }
     const QColor& color() const { return mColor; }
     const QVector<TextureKey>& textures() const { return mTextures; }
 

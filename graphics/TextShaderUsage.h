@@ -1,20 +1,16 @@
 #pragma once
 
-#include "ShaderUsage.h"
+#include "AlphaTextureShaderUsage.h"
 
 namespace gfx {
 
 // Glyphs: a colour through the coverage of a glyph atlas page.
-class TextShaderUsage : public ShaderUsage
+class TextShaderUsage : public AlphaTextureShaderUsage
 {
 public:
     TextShaderUsage(const TextureKey& glyphPage, const QColor& color)
-        : ShaderUsage(ShaderCache::kAlphaTexture)
-    {
-        mTextures = {glyphPage};
-        mColor = color;
-    }
-    bool needsBlending() const override { return true; }
+        : AlphaTextureShaderUsage(glyphPage, color)
+    {}
 };
 
 } // namespace gfx

@@ -10,12 +10,11 @@ const char* const kLogSource = "graphics/TextureShaderUsage";
 
 TextureShaderUsage::TextureShaderUsage(const TextureKey& texture, bool blend, const CustomShaderKey& custom,
                                        const TextureKey& second)
-    : ShaderUsage(ShaderCache::kTexture), mBlend(blend)
+    : ShaderUsage(ShaderCache::kTexture,
+                  second.isNull() ? QVector<TextureKey>{texture} : QVector<TextureKey>{texture, second}),
+      mBlend(blend)
 {
     setCustomShader(custom);
-    mTextures = {texture};
-    if (!second.isNull())
-        mTextures << second;
 }
 
 bool TextureShaderUsage::equals(const ShaderUsage* other) const
@@ -28,9 +27,9 @@ bool TextureShaderUsage::equals(const ShaderUsage* other) const
 
 bool TextureShaderUsage::needsBlending() const
 {
-    if (mOpacified)
-        return opacity() < 1.0f;
-    return mBlend || opacity() < 1.0f;
+    if (blendReadsDestination() || opacity() < 1.0f)
+        return true;
+    return mBlend && !mOpacified;
 }
 
 ShaderUsage* TextureShaderUsage::opacify(const ShaderUsage* usage, const QColor& background)

@@ -124,7 +124,7 @@ DisplayDevice::~DisplayDevice()
 DisplayView* DisplayDevice::addContainer(const char* name)
 {
     DisplayView* container = new DisplayView(this, name);
-    container->resizeTo(width(), height());
+    container->autoResizeToParent(QRectF(0, 0, 1, 1));
     container->setTouchBehavior(IgnoreTouches, true);
     return container;
 }
@@ -135,8 +135,6 @@ void DisplayDevice::setSize(QSize size)
     initTransforms();
     if (mWidget)
         doResize(mWindowSize);
-    for (DisplayView* container : {mHidden, mViews, mCustomLayers, mPopupViewContainer, mPopups, mOverlays})
-        container->resizeTo(size.width(), size.height());
     reveal();
 }
 
@@ -390,28 +388,27 @@ void DisplayDevice::processDeferredLayouts()
     }
 }
 
-void DisplayDevice::dispatchTick(DisplayView* view)
+void DisplayDevice::dispatch(DisplayView* view, void (DisplayView::*callback)())
 {
-    view->tick();
+    (view->*callback)();
     const DisplayViewList::List children = view->children().list();
     for (DisplayView* child : children)
-        dispatchTick(child);
+        dispatch(child, callback);
+}
+
+void DisplayDevice::dispatchTick(DisplayView* view)
+{
+    dispatch(view, &DisplayView::tick);
 }
 
 void DisplayDevice::dispatchTick1s(DisplayView* view)
 {
-    view->tick1s();
-    const DisplayViewList::List children = view->children().list();
-    for (DisplayView* child : children)
-        dispatchTick1s(child);
+    dispatch(view, &DisplayView::tick1s);
 }
 
 void DisplayDevice::dispatchReskinned(DisplayView* view)
 {
-    view->reskinned();
-    const DisplayViewList::List children = view->children().list();
-    for (DisplayView* child : children)
-        dispatchReskinned(child);
+    dispatch(view, &DisplayView::reskinned);
 }
 
 // Focus

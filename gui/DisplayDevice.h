@@ -166,6 +166,8 @@ private:
     QMatrix4x4 screenMatrix(DisplayView* view) const;
 
     void completeAnimation(DisplayViewAnimation* animation);
+    // Calls the callback on the view and, depth first, on all its descendants.
+    static void dispatch(DisplayView* view, void (DisplayView::*callback)());
     DisplayView* addContainer(const char* name);
 
     int mScreen;

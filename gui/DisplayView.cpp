@@ -2,6 +2,7 @@
 
 #include "DataValue.h"
 #include "DisplayDevice.h"
+#include "DisplayViewExtras.h"
 #include "DisplayViewOverlay.h"
 #include "DisplayViewShadow.h"
 #include "DrawingContext.h"
@@ -49,8 +50,41 @@ DisplayView::~DisplayView()
     clearValueSource();
     while (!mChildren.isEmpty())
         delete mChildren.last();
-    if (mOwnsLayoutAction)
-        delete mLayoutAction;
+    if (ext().mOwnsLayoutAction)
+        delete ext().mLayoutAction;
+}
+
+DisplayView::Extras& DisplayView::extras()
+{
+    if (!mExtras)
+        mExtras = std::make_unique<Extras>();
+    return *mExtras;
+}
+
+const DisplayView::Extras& DisplayView::ext() const
+{
+    static const Extras kNone;
+    return mExtras ? *mExtras : kNone;
+}
+
+double DisplayView::layoutScale() const
+{
+    return ext().mLayoutScale;
+}
+
+DisplayViewEffect* DisplayView::effect() const
+{
+    return ext().mEffect;
+}
+
+Padding DisplayView::layoutMargin() const
+{
+    return ext().mLayoutMargin;
+}
+
+QRectF DisplayView::layoutResultRect() const
+{
+    return ext().mLayoutResultRect;
 }
 
 bool DisplayView::viewAssert(const char* condition, const QString& message, int line)
@@ -438,8 +472,8 @@ void DisplayView::drawChild(DisplayView* child, QPainter& painter, QRect rect, Q
     context.translate(origin);
     context.setClipRect(area.translated(-origin));
     painter.setOpacity(opacity * child->mAlpha);
-    if (child->mShadow)
-        child->mShadow->draw(painter, child->drawingAreaRect());
+    if (child->ext().mShadow)
+        child->ext().mShadow->draw(painter, child->drawingAreaRect());
     if (!(child->mDrawingFlags & NoDrawing))
         child->draw(painter);
     painter.setOpacity(opacity);
@@ -451,11 +485,11 @@ void DisplayView::drawChild(DisplayView* child, QPainter& painter, QRect rect, Q
     child->drawChildren(painter, area, origin);
     painter.setOpacity(opacity);
 
-    context.saveTransform();
+    // The transform saved above is still the one to return to.
     context.translate(origin);
     child->drawOverlay(painter);
-    if (child->mOverlay)
-        child->mOverlay->draw(child, painter);
+    if (child->ext().mOverlay)
+        child->ext().mOverlay->draw(child, painter);
     context.restoreTransform();
 
     if (DisplayDevice::debugUpdates) {
@@ -470,7 +504,7 @@ void DisplayView::drawDebugPadding(QPainter& painter)
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QColor(255, 0, 255));
     painter.drawRect(QRect(0, 0, mWidth, mHeight).adjusted(0, 0, -1, -1));
-    const Padding& t = mTouchPadding;
+    const Padding& t = ext().mTouchPadding;
     if (t != Padding()) {
         painter.setPen(QColor(0, 255, 255));
         painter.drawRect(
@@ -482,20 +516,20 @@ void DisplayView::drawDebugPadding(QPainter& painter)
 void DisplayView::draw(QPainter& painter)
 {
     const QRect area(0, 0, mWidth, mHeight);
-    if (mBackgroundColor.isValid() && mBackgroundOpacity > 0) {
-        QColor color = mBackgroundColor.color();
-        color.setAlphaF(color.alphaF() * mBackgroundOpacity);
+    if (ext().mBackgroundColor.isValid() && ext().mBackgroundOpacity > 0) {
+        QColor color = ext().mBackgroundColor.color();
+        color.setAlphaF(color.alphaF() * ext().mBackgroundOpacity);
         DrawingContext(painter).fillRect(area, color);
     }
-    if (!mBackgroundImage.isNull()) {
+    if (!ext().mBackgroundImage.isNull()) {
         const qreal opacity = painter.opacity();
-        painter.setOpacity(opacity * mBackgroundOpacity);
-        if (mStretchBackground) {
-            DrawingContext(painter).drawPixmap(area, mBackgroundImage);
+        painter.setOpacity(opacity * ext().mBackgroundOpacity);
+        if (ext().mStretchBackground) {
+            DrawingContext(painter).drawPixmap(area, ext().mBackgroundImage);
         } else {
-            QRect centred(QPoint(), mBackgroundImage.size());
+            QRect centred(QPoint(), ext().mBackgroundImage.size());
             centred.moveCenter(area.center());
-            DrawingContext(painter).drawPixmap(centred, mBackgroundImage);
+            DrawingContext(painter).drawPixmap(centred, ext().mBackgroundImage);
         }
         painter.setOpacity(opacity);
     }
@@ -526,7 +560,7 @@ bool DisplayView::touchable(int)
 
 DisplayView* DisplayView::viewAtPoint(QPoint point)
 {
-    const Padding& pad = mTouchPadding;
+    const Padding& pad = ext().mTouchPadding;
     QRect area(-pad.left, -pad.top, mWidth + pad.left + pad.right, mHeight + pad.top + pad.bottom);
     if (mLayerTransform != &sIdentityMatrix)
         area = mLayerTransform->mapRect(area);
@@ -618,17 +652,17 @@ void DisplayView::setCompositingBehavior(CompositingBehavior behavior, bool on)
 
 void DisplayView::setTouchPadding(const Padding& padding)
 {
-    mTouchPadding = padding;
+    extras().mTouchPadding = padding;
 }
 
 void DisplayView::setDragGestureDelegate(DisplayView* delegate)
 {
-    mDragGestureDelegate = delegate;
+    extras().mDragGestureDelegate = delegate;
 }
 
 DisplayView* DisplayView::dragGestureDelegate(int) const
 {
-    return mDragGestureDelegate;
+    return ext().mDragGestureDelegate;
 }
 
 // Focus and touch

@@ -222,6 +222,8 @@ public:
     // Briefly brightens the view (or the given one) and returns to its brightness.
     void flash(DisplayView* view = nullptr, double duration = 0.2);
     void deleteAfterAnimation();
+    // The view follows its parent's size from now on: by fractions of it, or at fixed
+    // distances from its edges.
     void autoResizeToParent(const QRectF& relative);
     void autoResizeWidthToParent(int left, int right);
     void autoResizeHeightToParent(int top, int bottom);
@@ -284,7 +286,7 @@ public:
     void setCompositeNestedLayers(bool composite);
     void updateCompositeNestedLayers();
     void setLayoutScale(double scale);
-    double layoutScale() const { return mLayoutScale; }
+    double layoutScale() const;
     void setEffect(DisplayViewEffect* effect);
     void setOverlay(DisplayViewOverlay* overlay);
     void setShadow(DisplayViewShadow* shadow);
@@ -292,7 +294,7 @@ public:
     ViewBuffer* layer() const { return mLayer.get(); }
     DisplayView* layerView();
     void setUseDisplayList();
-    DisplayViewEffect* effect() const { return mEffect; }
+    DisplayViewEffect* effect() const;
 
     // Background.
     void setBackground(const char* imagePath, bool stretch = true);
@@ -345,7 +347,7 @@ public:
     bool usesCssLayout() const { return mLayoutImpl != nullptr; }
     LayoutImpl* layoutImpl() const { return mLayoutImpl.get(); }
     void setLayoutMargin(const Padding& margin);
-    Padding layoutMargin() const { return mLayoutMargin; }
+    Padding layoutMargin() const;
     void setEnableDeferredLayout(bool enable);
     bool deferredLayoutEnabled() const { return mEnableDeferredLayout; }
     void layoutPropertyChanged(LayoutProperty property);
@@ -362,7 +364,7 @@ public:
     void setLayoutResultPosition(const QPointF& position);
     void setLayoutResultSize(const QSizeF& size);
     void setLayoutResultRect(const QRectF& rect);
-    QRectF layoutResultRect() const { return mLayoutResultRect; }
+    QRectF layoutResultRect() const;
     void setLayoutAction(LayoutAction* action, bool owned);
 
     // Diagnostics.
@@ -424,6 +426,7 @@ private:
     bool animateOrStop(int first, double firstTarget, int second, double secondTarget, double duration,
                        EaseType ease, double delay);
     QRect visualOffsetRect() const;
+    void applyAutoResize();
 
     DisplayView* mParentView = nullptr;
     DisplayDevice* mDevice = nullptr;
@@ -439,13 +442,8 @@ private:
     double mScale = 1.0;
     double mAngle = 0.0;
     float mBrightness = 1.0f;
-    QPointF mPivot;
-    QVector3D mAxis = QVector3D(0, 0, 1);
     const QMatrix4x4* mLayerTransform = &sIdentityMatrix;
-    std::unique_ptr<QMatrix4x4> mOwnTransform;
     QRect mPlacedRect;
-    QRect mClip;
-    QRect mOpaque;
 
     quint32 mTouchFlags = 0;
     quint8 mUpdateFlags = 0;
@@ -467,32 +465,20 @@ private:
     bool mLayoutDirty = false;
     bool mLayoutInProgress = false;
     bool mFixedSize = false;
-    bool mOwnsLayoutAction = false;
     bool mUseDisplayList = false;
     int mTouchCount = 0;
-    double mLayoutScale = 1.0;
-
-    Padding mTouchPadding;
-    Padding mShadowPadding;
-    Padding mLayoutMargin;
-    DisplayView* mDragGestureDelegate = nullptr;
 
     std::unique_ptr<ViewBuffer> mLayer;
-    QPixmap mLayerMask;
-    DisplayViewEffect* mEffect = nullptr;
-    DisplayViewOverlay* mOverlay = nullptr;
-    DisplayViewShadow* mShadow = nullptr;
-
-    QPixmap mBackgroundImage;
-    bool mStretchBackground = true;
-    SkinColor mBackgroundColor;
-    double mBackgroundOpacity = 1.0;
 
     DataValue* mValueSource = nullptr;
 
     std::unique_ptr<LayoutImpl> mLayoutImpl;
-    LayoutAction* mLayoutAction = nullptr;
-    QRectF mLayoutResultRect;
 
     QString mViewName;
+
+    // What few views use lives apart, so that a plain view stays small.
+    struct Extras;
+    std::unique_ptr<Extras> mExtras;
+    Extras& extras();
+    const Extras& ext() const;
 };

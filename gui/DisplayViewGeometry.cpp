@@ -3,6 +3,7 @@
 #include "DisplayView.h"
 #include "DisplayViewAnimation.h"
 #include "DisplayViewEffect.h"
+#include "DisplayViewExtras.h"
 #include "LayoutAction.h"
 #include "Logger.h"
 #include "StorageUtils.h"
@@ -50,10 +51,13 @@ void DisplayView::applySize(int width, int height)
         mLayer->setSize(QSize(width, height));
         mLayer->update(drawingAreaRect());
     }
-    if (mOwnTransform)
-        updateTransform();
     reveal(false);
     place();
+    const DisplayViewList::List children = mChildren.list();
+    for (DisplayView* child : children) {
+        if (child->mExtras && child->mExtras->mAutoResize)
+            child->applyAutoResize();
+    }
 }
 
 void DisplayView::applyAlpha(double alpha)
@@ -341,7 +345,7 @@ void DisplayView::setScale(float scale, double duration, EaseType ease, double d
 
 void DisplayView::setScale(float scale, QPointF pivot, double duration, EaseType ease, double delay)
 {
-    mPivot = pivot;
+    extras().mPivot = pivot;
     if (!animateOrStop(Anim::Scale, scale, -1, 0, duration, ease, delay))
         applyScale(scale);
 }
@@ -354,8 +358,8 @@ void DisplayView::setAngle(float angle, double duration, EaseType ease, double d
 void DisplayView::setAngle(float angle, QPointF pivot, QVector3D axis, double duration, EaseType ease,
                            double delay)
 {
-    mPivot = pivot;
-    mAxis = axis;
+    extras().mPivot = pivot;
+    extras().mAxis = axis;
     if (!animateOrStop(Anim::Angle, angle, -1, 0, duration, ease, delay))
         applyAngle(angle);
 }
@@ -389,34 +393,58 @@ void DisplayView::deleteAfterAnimation()
 
 void DisplayView::autoResizeToParent(const QRectF& relative)
 {
-    if (!mParentView)
-        return;
-    const double w = mParentView->mWidth;
-    const double h = mParentView->mHeight;
-    moveTo(int(relative.x() * w), int(relative.y() * h));
-    resizeTo(int(relative.width() * w), int(relative.height() * h));
+    Extras& e = extras();
+    e.mAutoResize = Extras::AutoRelative;
+    e.mAutoRelative = relative;
+    applyAutoResize();
 }
 
 void DisplayView::autoResizeWidthToParent(int left, int right)
 {
-    if (!mParentView)
-        return;
-    moveLeft(left);
-    setWidth(mParentView->mWidth - left - right);
+    Extras& e = extras();
+    e.mAutoResize = (e.mAutoResize & ~Extras::AutoRelative) | Extras::AutoWidth;
+    e.mAutoMargins.left = left;
+    e.mAutoMargins.right = right;
+    applyAutoResize();
 }
 
 void DisplayView::autoResizeHeightToParent(int top, int bottom)
 {
-    if (!mParentView)
-        return;
-    moveTop(top);
-    setHeight(mParentView->mHeight - top - bottom);
+    Extras& e = extras();
+    e.mAutoResize = (e.mAutoResize & ~Extras::AutoRelative) | Extras::AutoHeight;
+    e.mAutoMargins.top = top;
+    e.mAutoMargins.bottom = bottom;
+    applyAutoResize();
 }
 
 void DisplayView::autoResizeToParentWithMargins(const Padding& margins)
 {
     autoResizeWidthToParent(margins.left, margins.right);
     autoResizeHeightToParent(margins.top, margins.bottom);
+}
+
+void DisplayView::applyAutoResize()
+{
+    const Extras& e = ext();
+    if (!mParentView || !e.mAutoResize)
+        return;
+    const int w = mParentView->mWidth;
+    const int h = mParentView->mHeight;
+    if (e.mAutoResize & Extras::AutoRelative) {
+        const QRectF& r = e.mAutoRelative;
+        moveTo(int(r.x() * w), int(r.y() * h));
+        resizeTo(int(r.width() * w), int(r.height() * h));
+        return;
+    }
+    const Padding m = e.mAutoMargins;
+    if (e.mAutoResize & Extras::AutoWidth) {
+        moveLeft(m.left);
+        setWidth(w - m.left - m.right);
+    }
+    if (e.mAutoResize & Extras::AutoHeight) {
+        moveTop(m.top);
+        setHeight(h - m.top - m.bottom);
+    }
 }
 
 // Rectangles
@@ -436,32 +464,32 @@ QRect DisplayView::drawingRect() const
 
 QRect DisplayView::drawingAreaRect() const
 {
-    if (!mShadow)
+    if (!ext().mShadow)
         return drawingRect();
-    const Padding& p = mShadowPadding;
+    const Padding& p = ext().mShadowPadding;
     return drawingRect().adjusted(-p.left, -p.top, p.right, p.bottom);
 }
 
 QRect DisplayView::drawingLayerRect() const
 {
-    return mClip.isNull() ? drawingAreaRect() : drawingAreaRect() & mClip;
+    return ext().mClip.isNull() ? drawingAreaRect() : drawingAreaRect() & ext().mClip;
 }
 
 QRect DisplayView::transformedOpaqueRect() const
 {
-    return mOpaque.isNull() ? QRect() : mapRectToParent(mOpaque);
+    return ext().mOpaque.isNull() ? QRect() : mapRectToParent(ext().mOpaque);
 }
 
 void DisplayView::setClip(const QRect& clip)
 {
     reveal(false);
-    mClip = clip;
+    extras().mClip = clip;
     reveal(false);
 }
 
 void DisplayView::setOpaque(const QRect& opaque)
 {
-    mOpaque = opaque;
+    extras().mOpaque = opaque;
 }
 
 // Layers
@@ -513,7 +541,7 @@ void DisplayView::setLayer(ViewBuffer* layer)
 
 void DisplayView::setLayerMask(const QPixmap& mask)
 {
-    mLayerMask = mask;
+    extras().mLayerMask = mask;
     markDirtyRectsForRendering(false, true);
 }
 
@@ -533,11 +561,10 @@ void DisplayView::setLayerTransform(const QMatrix4x4& transform)
     }
     reveal(true);
     if (transform.isIdentity()) {
-        mOwnTransform.reset();
         mLayerTransform = &sIdentityMatrix;
     } else {
-        mOwnTransform = std::make_unique<QMatrix4x4>(transform);
-        mLayerTransform = mOwnTransform.get();
+        extras().mTransform = transform;
+        mLayerTransform = &extras().mTransform;
     }
     reveal(true);
 }
@@ -545,18 +572,17 @@ void DisplayView::setLayerTransform(const QMatrix4x4& transform)
 void DisplayView::updateTransform()
 {
     if (!mLayer) {
-        mOwnTransform.reset();
         mLayerTransform = &sIdentityMatrix;
         return;
     }
     QMatrix4x4 transform;
     if (mScale != 1.0 || mAngle != 0.0) {
-        transform.translate(float(mPivot.x()), float(mPivot.y()));
+        transform.translate(float(ext().mPivot.x()), float(ext().mPivot.y()));
         if (mAngle != 0.0)
-            transform.rotate(float(mAngle), mAxis);
+            transform.rotate(float(mAngle), ext().mAxis);
         if (mScale != 1.0)
             transform.scale(float(mScale));
-        transform.translate(float(-mPivot.x()), float(-mPivot.y()));
+        transform.translate(float(-ext().mPivot.x()), float(-ext().mPivot.y()));
     }
     setLayerTransform(transform);
 }
@@ -593,7 +619,7 @@ void DisplayView::setLayoutScale(double scale)
                           QStringLiteral("fraction == 0.5 || fraction == 0")))
             return;
     }
-    mLayoutScale = scale;
+    extras().mLayoutScale = scale;
     markDirtyRectsForRendering(false, true);
 }
 
@@ -601,27 +627,27 @@ void DisplayView::setEffect(DisplayViewEffect* effect)
 {
     if (effect && !effect->setSourceView(this))
         return;
-    mEffect = effect;
+    extras().mEffect = effect;
     update();
 }
 
 void DisplayView::setOverlay(DisplayViewOverlay* overlay)
 {
-    mOverlay = overlay;
+    extras().mOverlay = overlay;
     update();
 }
 
 void DisplayView::setShadow(DisplayViewShadow* shadow)
 {
     reveal(false);
-    mShadow = shadow;
+    extras().mShadow = shadow;
     reveal(false);
 }
 
 void DisplayView::setShadowPadding(const Padding& padding)
 {
     reveal(false);
-    mShadowPadding = padding;
+    extras().mShadowPadding = padding;
     reveal(false);
 }
 
@@ -649,28 +675,28 @@ void DisplayView::setBackground(const char* imagePath, bool stretch)
 
 void DisplayView::setBackground(const QPixmap& image, bool stretch)
 {
-    mBackgroundImage = image;
-    mStretchBackground = stretch;
+    extras().mBackgroundImage = image;
+    extras().mStretchBackground = stretch;
     update();
 }
 
 void DisplayView::setBackgroundColor(const SkinColor& color, double opacity)
 {
-    mBackgroundColor = color;
-    mBackgroundOpacity = opacity;
+    extras().mBackgroundColor = color;
+    extras().mBackgroundOpacity = opacity;
     update();
 }
 
 void DisplayView::setBackgroundOpacity(double opacity)
 {
-    mBackgroundOpacity = opacity;
+    extras().mBackgroundOpacity = opacity;
     update();
 }
 
 void DisplayView::clearBackground()
 {
-    mBackgroundImage = QPixmap();
-    mBackgroundColor = SkinColor();
-    mBackgroundOpacity = 1.0;
+    extras().mBackgroundImage = QPixmap();
+    extras().mBackgroundColor = SkinColor();
+    extras().mBackgroundOpacity = 1.0;
     update();
 }

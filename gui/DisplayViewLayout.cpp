@@ -1,6 +1,7 @@
 // DisplayView: the layout protocol.
 #include "DisplayDevice.h"
 #include "DisplayView.h"
+#include "DisplayViewExtras.h"
 #include "LayoutAction.h"
 #include "Logger.h"
 
@@ -27,9 +28,9 @@ void DisplayView::setEnableDeferredLayout(bool enable)
 
 void DisplayView::setLayoutMargin(const Padding& margin)
 {
-    if (margin == mLayoutMargin)
+    if (margin == ext().mLayoutMargin)
         return;
-    mLayoutMargin = margin;
+    extras().mLayoutMargin = margin;
     layoutPropertyChanged(MarginProperty);
 }
 
@@ -169,10 +170,10 @@ void DisplayView::setLayoutResultSize(const QSizeF& size)
 void DisplayView::setLayoutResultRect(const QRectF& rect)
 {
     const QRectF from(mX, mY, mWidth, mHeight);
-    mLayoutResultRect = rect;
-    if (mLayoutAction) {
+    extras().mLayoutResultRect = rect;
+    if (ext().mLayoutAction) {
         ++LayoutAction::sActive;
-        mLayoutAction->apply(this, from, rect);
+        ext().mLayoutAction->apply(this, from, rect);
         --LayoutAction::sActive;
         return;
     }
@@ -182,8 +183,8 @@ void DisplayView::setLayoutResultRect(const QRectF& rect)
 
 void DisplayView::setLayoutAction(LayoutAction* action, bool owned)
 {
-    if (mOwnsLayoutAction && mLayoutAction != action)
-        delete mLayoutAction;
-    mLayoutAction = action;
-    mOwnsLayoutAction = action && owned;
+    if (ext().mOwnsLayoutAction && ext().mLayoutAction != action)
+        delete ext().mLayoutAction;
+    extras().mLayoutAction = action;
+    extras().mOwnsLayoutAction = action && owned;
 }

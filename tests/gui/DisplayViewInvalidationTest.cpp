@@ -234,3 +234,24 @@ TEST(DisplayDevice, RevealIsPaddedToTheWindowScale)
     EXPECT_EQ(render, QRegion(0, 0, 100, 100));
     EXPECT_EQ(composite, render);
 }
+
+TEST(DisplayDevice, TicksReachEveryViewDepthFirst)
+{
+    class Ticking : public DisplayView
+    {
+    public:
+        Ticking(DisplayView* parent, const char* name, QStringList* log) : DisplayView(parent, name), log(log)
+        {}
+        void tick() override { log->append(viewName()); }
+        void tick1s() override { log->append(viewName() + "1s"); }
+        QStringList* log;
+    };
+    QStringList log;
+    DisplayDevice device(100, 100);
+    Ticking* a = new Ticking(device.views(), "a", &log);
+    new Ticking(a, "a1", &log);
+    new Ticking(device.views(), "b", &log);
+    device.dispatchTick(&device);
+    device.dispatchTick1s(a);
+    EXPECT_EQ(log, QStringList({"a", "a1", "b", "a1s", "a11s"}));
+}

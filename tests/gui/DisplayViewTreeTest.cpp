@@ -183,3 +183,25 @@ TEST(DisplayViewNames, SlashesCannotBreakThePath)
     EXPECT_TRUE(map.value("visible").toBool());
     EXPECT_TRUE(map.value("enabled").toBool());
 }
+
+TEST(AutoResize, ChildrenFollowTheirParentsSize)
+{
+    DisplayDevice device(400, 300);
+    EXPECT_EQ(device.views()->size(), QSize(400, 300));
+    DisplayView* panel = new DisplayView(device.views(), "panel");
+    panel->autoResizeToParent(QRectF(0.5, 0, 0.5, 1));
+    DisplayView* inset = new DisplayView(panel, "inset");
+    inset->autoResizeToParentWithMargins(Padding(1, 2, 3, 4));
+    DisplayView* strip = new DisplayView(panel, "strip");
+    strip->resizeTo(10, 7);
+    strip->autoResizeWidthToParent(5, 5);
+    EXPECT_EQ(panel->rect(), QRect(200, 0, 200, 300));
+    EXPECT_EQ(inset->rect(), QRect(4, 1, 194, 296));
+    EXPECT_EQ(strip->rect(), QRect(5, 0, 190, 7));
+
+    device.setSize(QSize(800, 600));
+    EXPECT_EQ(device.overlays()->size(), QSize(800, 600));
+    EXPECT_EQ(panel->rect(), QRect(400, 0, 400, 600));
+    EXPECT_EQ(inset->rect(), QRect(4, 1, 394, 596));
+    EXPECT_EQ(strip->rect(), QRect(5, 0, 390, 7)); // its height is its own
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "DisplayView.h"
+
+// The rarely used state of a view, allocated on first use.
+struct DisplayView::Extras
+{
+    QPointF mPivot;
+    QVector3D mAxis = QVector3D(0, 0, 1);
+    QMatrix4x4 mTransform;
+    QRect mClip;
+    QRect mOpaque;
+    Padding mTouchPadding;
+    Padding mShadowPadding;
+    Padding mLayoutMargin;
+    DisplayView* mDragGestureDelegate = nullptr;
+    QPixmap mLayerMask;
+    DisplayViewEffect* mEffect = nullptr;
+    DisplayViewOverlay* mOverlay = nullptr;
+    DisplayViewShadow* mShadow = nullptr;
+    QPixmap mBackgroundImage;
+    SkinColor mBackgroundColor;
+    double mBackgroundOpacity = 1.0;
+    bool mStretchBackground = true;
+    bool mOwnsLayoutAction = false;
+    LayoutAction* mLayoutAction = nullptr;
+    QRectF mLayoutResultRect;
+    double mLayoutScale = 1.0;
+
+    // A rule by which the view follows its parent's size.
+    enum AutoResize : quint8
+    {
+        AutoRelative = 0x1,
+        AutoWidth = 0x2,
+        AutoHeight = 0x4
+    };
+    quint8 mAutoResize = 0;
+    QRectF mAutoRelative;
+    Padding mAutoMargins;
+};
