@@ -162,8 +162,8 @@ void DisplayDevice::renderViews(DisplayView* view, DisplayView* layerParent)
     const DisplayViewList::List children = view->children().list();
     for (DisplayView* child : children)
         renderViews(child, layerParent);
-    if (view->mEffect)
-        view->mEffect->apply();
+    if (DisplayViewEffect* effect = view->effect())
+        effect->apply();
 }
 
 void DisplayDevice::renderView(DisplayView* view, ViewBuffer* buffer, bool revealOnScreen)
