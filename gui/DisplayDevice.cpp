@@ -8,6 +8,7 @@
 #include "Logger.h"
 #include "TouchOwnership.h"
 #include "ViewBufferManager.h"
+#include "input/touch/TouchDevice.h"
 
 #include <GLFunctions.h>
 #include <QBitmap>
@@ -54,6 +55,9 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
         mBufferManager = std::make_unique<ViewBufferManager>(mWidget);
         doResize(mWindowSize);
     }
+    // The touch device deletes itself with this device.
+    mTouchDevice = TouchDevice::getInstance(this);
+    mTouchDevice->setSize(QSize(width, height));
     setUseLayer(true);
     mHidden = addContainer("hidden");
     mViews = addContainer("views");
@@ -66,6 +70,8 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     mHidden->setUpdateBehavior(NoUpdates, true);
     mHidden->setUseLayer(true);
     mSecondTimer.start();
+    mTouchDevice->loadTouchDriver(touchDriver);
+    showCursor(useCursor);
     mDisplays.append(this);
     if (mWidget) {
         mWidget->makeCurrent();
@@ -93,12 +99,19 @@ void DisplayDevice::createWindow()
     if (platform == QLatin1String("offscreen") || platform == QLatin1String("minimal"))
         return;
     mWidget = new DisplayDeviceWidget(this);
-    if (gHideXCursor.value()) {
+    applyCursor();
+}
+
+void DisplayDevice::applyCursor()
+{
+    if (!mWidget)
+        return;
+    if (gHideXCursor.value() || !mCursorShown) {
         QBitmap blank(16, 16);
         blank.clear();
         mWidget->setCursor(QCursor(blank, blank));
     } else {
-        mWidget->setCursor(useCursor ? Qt::ArrowCursor : Qt::BlankCursor);
+        mWidget->setCursor(Qt::ArrowCursor);
     }
 }
 
@@ -135,6 +148,7 @@ void DisplayDevice::setSize(QSize size)
     initTransforms();
     if (mWidget)
         doResize(mWindowSize);
+    mTouchDevice->setSize(size);
     reveal();
 }
 
@@ -247,6 +261,14 @@ void DisplayDevice::doKeyRelease(QKeyEvent* event)
 {
     if (mKeyFocus)
         mKeyFocus->doKeyRelease(event);
+}
+
+void DisplayDevice::doMouse(QMouseEvent* event)
+{
+    const QPointF point = mWindowMatrix.inverted().map(event->localPos());
+    QMouseEvent mapped(event->type(), point, point, event->screenPos(), event->button(), event->buttons(),
+                       event->modifiers());
+    mTouchDevice->mouseEvent(&mapped);
 }
 
 void DisplayDevice::doWheel(QWheelEvent* event)
@@ -462,6 +484,19 @@ void DisplayDevice::clearTouchFocus()
 DisplayView* DisplayDevice::viewAtPoint(QPoint point)
 {
     return DisplayView::viewAtPoint(point);
+}
+
+bool DisplayDevice::shouldShowTapAnimation(QPoint point)
+{
+    return QRect(QPoint(), getSize()).contains(point);
+}
+
+void DisplayDevice::showCursor(bool show)
+{
+    if (show == mCursorShown)
+        return;
+    mCursorShown = show;
+    applyCursor();
 }
 
 // Views

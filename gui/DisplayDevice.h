@@ -15,6 +15,7 @@ class DisplayViewAnimation;
 class QGLFramebufferObject;
 class QMouseEvent;
 class QWheelEvent;
+class TouchDevice;
 class TouchOwnership;
 class ViewBufferManager;
 
@@ -130,6 +131,12 @@ public:
     void doKeyPress(QKeyEvent* event) override;
     void doKeyRelease(QKeyEvent* event) override;
     void doWheel(QWheelEvent* event);
+    // Window pixels are turned into screen coordinates before the touch device queues them.
+    void doMouse(QMouseEvent* event);
+    virtual bool shouldShowTapAnimation(QPoint point);
+    // Hidden while touches arrive, shown again when the touch driver falls back to the mouse.
+    void showCursor(bool show);
+    bool cursorShown() const { return mCursorShown; }
 
     // The touch dispatcher of this display, registered by the dispatcher itself.
     void setTouchOwnership(TouchOwnership* ownership) { mTouchOwnership = ownership; }
@@ -154,6 +161,7 @@ public slots:
 
 private:
     void createWindow();
+    void applyCursor();
     // The layer into whose buffer a layer is composited instead of onto the screen.
     DisplayView* nestingTarget(DisplayView* view) const;
     void paintLayerContent(QPainter& painter, DisplayView* view, ViewBuffer* buffer, const QRegion& dirty);
@@ -179,6 +187,7 @@ private:
     DisplayView* mKeyFocus = nullptr;
     DisplayView* mTouchFocus = nullptr;
     TouchOwnership* mTouchOwnership = nullptr;
+    bool mCursorShown = true;
     DisplayView* mHidden;
     DisplayView* mViews;
     DisplayView* mCustomLayers;
@@ -187,6 +196,7 @@ private:
     DisplayView* mOverlays;
 
     DisplayDeviceWidget* mWidget = nullptr;
+    TouchDevice* mTouchDevice = nullptr;
     std::unique_ptr<ViewBufferManager> mBufferManager;
     QTimer mTimer;
     ElapsedTimer mSecondTimer;

@@ -43,6 +43,21 @@ void DisplayDeviceWidget::resizeEvent(QResizeEvent* event)
     mDevice->reveal();
 }
 
+void DisplayDeviceWidget::mousePressEvent(QMouseEvent* event)
+{
+    mDevice->doMouse(event);
+}
+
+void DisplayDeviceWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    mDevice->doMouse(event);
+}
+
+void DisplayDeviceWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    mDevice->doMouse(event);
+}
+
 void DisplayDeviceWidget::wheelEvent(QWheelEvent* event)
 {
     mDevice->doWheel(event);

@@ -329,6 +329,8 @@ public:
     void incrementTouchCount();
     void decrementTouchCount();
     int touchCount() const { return mTouchCount; }
+    // True while the destructor runs: the view must not take new work.
+    bool isDestroying() const { return mDestroying; }
     bool canHaveKeyFocus() const { return mCanHaveKeyFocus; }
 
     // Value binding.
