@@ -244,6 +244,39 @@ TEST_F(DisplayDeviceGLTest, OversizedLayersAreRefused)
     EXPECT_EQ(big->layer()->framebuffer(), nullptr);
 }
 
+TEST_F(DisplayDeviceGLTest, EveryPaintRouteDrawsTheSameFrame)
+{
+    DisplayDevice& device = open();
+    auto* back = new ColorView(device.views(), "back", QColor(30, 60, 90));
+    back->resizeTo(64, 48);
+    auto* half = new ColorView(device.views(), "half", QColor(255, 0, 0, 128));
+    half->moveTo(8, 8);
+    half->resizeTo(20, 20);
+    auto* layered = new ColorView(device.views(), "layered", Qt::green);
+    layered->moveTo(34, 10);
+    layered->resizeTo(20, 20);
+    layered->setUseLayer(true);
+    layered->setLayerBackingType(ViewBuffer::OpaqueBacking);
+    const QImage framework = frame();
+    const auto sameAs = [&](const QImage& image) {
+        for (int y = 0; y < 48; y += 3)
+            for (int x = 0; x < 64; x += 3)
+                if (!colorsClose(at(image, x, y), at(framework, x, y), 3))
+                    return ::testing::AssertionFailure() << "differs at " << x << "," << y;
+        return ::testing::AssertionSuccess();
+    };
+    EXPECT_TRUE(colorsClose(at(framework, 10, 10), qRgb(143, 30, 45), 3))
+        << std::hex << at(framework, 10, 10);
+    for (const char* key : {"ui/qt_paint_engine", "ui/gfx_content_rasterization"}) {
+        ScopedConfigOverride route(key, true);
+        device.markDirtyRectsForRendering(true, true);
+        EXPECT_TRUE(sameAs(frame())) << key;
+    }
+    layered->setLayerBackingType(ViewBuffer::QtPaintEngineBacking);
+    layered->update();
+    EXPECT_TRUE(sameAs(frame()));
+}
+
 TEST_F(DisplayDeviceGLTest, ScreenshotsOfAPartAreCutFromTheFrame)
 {
     DisplayDevice& device = open();
