@@ -32,6 +32,8 @@ void SpinnerView::draw(QPainter& painter)
 
 void SpinnerView::tick()
 {
+    if (mStep == 0)
+        return;
     mTurn = std::fmod(mTurn + mStep, 360.0);
     setAngle(float(mTurn), QPointF(width() / 2.0, height() / 2.0), QVector3D(0, 0, 1));
 }

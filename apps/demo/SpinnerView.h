@@ -16,6 +16,7 @@ public:
 
     void draw(QPainter& painter) override;
     void tick() override;
+    void setStep(double degreesPerFrame) { mStep = degreesPerFrame; }
 
 private:
     QColor mColor;
