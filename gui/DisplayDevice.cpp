@@ -273,11 +273,6 @@ void DisplayDevice::clearTouchFocus()
     setTouchFocus(nullptr);
 }
 
-DisplayView* DisplayDevice::viewAtPoint(QPoint point)
-{
-    return DisplayView::viewAtPoint(point);
-}
-
 // Views
 
 void DisplayDevice::removeReferences(DisplayView* view)

@@ -67,8 +67,6 @@ public:
     void clearTouchFocus();
     DisplayView* touchFocus() const { return mTouchFocus; }
 
-    DisplayView* viewAtPoint(QPoint point) override;
-
     // The touch dispatcher of this display, registered by the dispatcher itself.
     void setTouchOwnership(TouchOwnership* ownership) { mTouchOwnership = ownership; }
     TouchOwnership* touchOwnership() const { return mTouchOwnership; }
