@@ -9,7 +9,10 @@ class ColorShaderUsage : public ShaderUsage
 {
 public:
     explicit ColorShaderUsage(const QColor& color) : ShaderUsage(ShaderCache::kColor, {}, color) {}
-    bool needsBlending() const override { return mColor.alpha() < 255 || opacity() < 1.0f; }
+    bool needsBlending() const override
+    {
+        return mColor.alpha() < 255 || opacity() < 1.0f || blendReadsDestination();
+    }
 };
 
 } // namespace gfx

@@ -1,21 +1,37 @@
 #include "ContextGLFunctions.h"
 
+#include <Logger.h>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 
 namespace gfx {
 
 namespace {
-QOpenGLFunctions* contextFunctions()
+const char* const kLogSource = "graphics/ContextGLFunctions";
+
+QOpenGLFunctions* contextFunctions(const char* call)
 {
-    return QOpenGLContext::currentContext()->functions();
+    QOpenGLContext* context = QOpenGLContext::currentContext();
+    if (!ORBIS_ASSERT(context,
+                      QStringLiteral("%1 called without a current GL context").arg(QLatin1String(call))))
+        return nullptr;
+    return context->functions();
+}
+
+template <typename T> T zero()
+{
+    return T();
 }
 } // namespace
 
+// Without a context a call does nothing and answers with a zero value.
 #define ORBIS_GL_FORWARD(ret, name, params, args)                                                            \
     ret ContextGLFunctions::name params                                                                      \
     {                                                                                                        \
-        return contextFunctions()->name args;                                                                \
+        QOpenGLFunctions* f = contextFunctions(#name);                                                       \
+        if (!f)                                                                                              \
+            return zero<ret>();                                                                              \
+        return f->name args;                                                                                 \
     }
 ORBIS_GL_COMMANDS(ORBIS_GL_FORWARD)
 ORBIS_GL_QUERIES(ORBIS_GL_FORWARD)

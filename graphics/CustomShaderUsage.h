@@ -14,7 +14,7 @@ public:
     {
         setCustomShader(key);
     }
-    bool needsBlending() const override { return mBlend || opacity() < 1.0f; }
+    bool needsBlending() const override { return mBlend || opacity() < 1.0f || blendReadsDestination(); }
     bool equals(const ShaderUsage* other) const override
     {
         return ShaderUsage::equals(other) && static_cast<const CustomShaderUsage*>(other)->mBlend == mBlend;

@@ -50,6 +50,7 @@ void GLCallRecorder::fill(GLenum pname, qint64* out, int count) const
         out[i] = i < values.size() ? values[i] : 0;
 }
 
+// `note args` expands to note(__func__, arg, ...): the call's own name first.
 #define ORBIS_GL_RECORD(ret, name, params, args)                                                             \
     ret GLCallRecorder::name params                                                                          \
     {                                                                                                        \

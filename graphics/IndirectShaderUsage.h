@@ -13,7 +13,7 @@ public:
 
     bool equals(const ShaderUsage*) const override { return false; }
     bool bind(const RenderState&) override { return false; }
-    bool needsBlending() const override { return mBlend || opacity() < 1.0f; }
+    bool needsBlending() const override { return mBlend || opacity() < 1.0f || blendReadsDestination(); }
     ShaderProgram* shader(const RenderState& state) const override;
 
 private:

@@ -41,6 +41,17 @@ public:
     void setOpacity(float opacity) { mOpacity = opacity; }
     void setBlendFunc(GLenum source, GLenum destination);
     bool hasClip() const { return mHasClip; }
+    // Replaces the clip for the items appended from now on; clearClip() lifts it.
+    void setClip(const QRegion& clip)
+    {
+        mClip = clip;
+        mHasClip = true;
+    }
+    void clearClip()
+    {
+        mClip = QRegion();
+        mHasClip = false;
+    }
     const QRegion& clip() const { return mClip; }
 
     void drawColoredShape(const Shape& shape, const QColor& color);

@@ -45,6 +45,13 @@ public:
     GLenum blendSource() const { return mBlendSource; }
     GLenum blendDestination() const { return mBlendDestination; }
     void setBlendFunc(GLenum source, GLenum destination);
+    // Whether the blend factors read the destination even for opaque sources (any
+    // composition other than source-over and source): such usages always blend.
+    bool blendReadsDestination() const
+    {
+        return mBlendSource != GL_ONE ||
+               (mBlendDestination != GL_ONE_MINUS_SRC_ALPHA && mBlendDestination != GL_ZERO);
+    }
     const QColor& color() const { return mColor; }
     const QVector<TextureKey>& textures() const { return mTextures; }
 

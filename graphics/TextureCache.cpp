@@ -90,7 +90,8 @@ bool TextureCache::bind(TextureKeyDataCached* key)
     if (!onGuiThread())
         return false;
     if (const std::shared_ptr<TextureEntry>& held = key->entry()) {
-        // Evicted but still held by this key: draw with it rather than upload again.
+        // No search for a key that holds its entry: a stored one moves to the front,
+        // an evicted one still draws without a second upload.
         if (held->mStored)
             mStore.touch(held->mPosition);
         return bindEntry(*held);

@@ -27,9 +27,9 @@ bool TextureShaderUsage::equals(const ShaderUsage* other) const
 
 bool TextureShaderUsage::needsBlending() const
 {
-    if (mOpacified)
-        return opacity() < 1.0f;
-    return mBlend || opacity() < 1.0f;
+    if (blendReadsDestination() || opacity() < 1.0f)
+        return true;
+    return mBlend && !mOpacified;
 }
 
 ShaderUsage* TextureShaderUsage::opacify(const ShaderUsage* usage, const QColor& background)

@@ -273,6 +273,16 @@ void DisplayDevice::clearTouchFocus()
     setTouchFocus(nullptr);
 }
 
+bool DisplayDevice::shouldShowTapAnimation(QPoint point)
+{
+    return QRect(QPoint(), getSize()).contains(point);
+}
+
+void DisplayDevice::showCursor(bool show)
+{
+    mCursorShown = show;
+}
+
 // Views
 
 void DisplayDevice::removeReferences(DisplayView* view)

@@ -67,6 +67,11 @@ public:
     void clearTouchFocus();
     DisplayView* touchFocus() const { return mTouchFocus; }
 
+    virtual bool shouldShowTapAnimation(QPoint point);
+    // Hidden while touches arrive, shown again when the touch driver falls back to the mouse.
+    void showCursor(bool show);
+    bool cursorShown() const { return mCursorShown; }
+
     // The touch dispatcher of this display, registered by the dispatcher itself.
     void setTouchOwnership(TouchOwnership* ownership) { mTouchOwnership = ownership; }
     TouchOwnership* touchOwnership() const { return mTouchOwnership; }
@@ -100,6 +105,7 @@ private:
     DisplayView* mKeyFocus = nullptr;
     DisplayView* mTouchFocus = nullptr;
     TouchOwnership* mTouchOwnership = nullptr;
+    bool mCursorShown = true;
     DisplayView* mHidden;
     DisplayView* mViews;
     DisplayView* mCustomLayers;

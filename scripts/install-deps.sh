@@ -10,7 +10,7 @@ packages=(
   qtbase5-dev qtbase5-dev-tools libqt5opengl5-dev libqt5svg5-dev
   libegl-dev libgles-dev libgl-dev libgl1-mesa-dri mesa-common-dev
   xvfb xauth xdotool x11-utils
-  libpolyclipping-dev libstb-dev libfreetype-dev zlib1g-dev libicu-dev libglu1-mesa-dev
+  libpolyclipping-dev libstb-dev libfreetype-dev libfontconfig-dev zlib1g-dev libicu-dev libglu1-mesa-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   fonts-dejavu-core
   nodejs npm

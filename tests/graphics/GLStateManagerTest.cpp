@@ -1,4 +1,6 @@
 #include <GLStateManager.h>
+#include <LogCapture.h>
+#include <QOpenGLContext>
 
 #include <gtest/gtest.h>
 #include <support/ScopedGLRecorder.h>
@@ -169,6 +171,26 @@ TEST_F(GLStateManagerTest, InvalidStateAppliesNothing)
 {
     GLState().apply();
     EXPECT_EQ(mDriver.totalCalls(), 0);
+}
+
+} // namespace
+
+namespace {
+
+TEST(GLFunctionsTest, CallsWithoutAContextAreReportedAndDropped)
+{
+    ASSERT_EQ(QOpenGLContext::currentContext(), nullptr);
+    gfx::GLStateManager::instance()->clearToInvalid();
+    LogCapture log;
+    gfx::GLStateManager::instance()->glEnable(GL_BLEND);
+    GLuint name = 7;
+    gfx::GLFunctions::current()->glGenTextures(1, &name);
+    EXPECT_EQ(gfx::GLFunctions::current()->glCreateProgram(), 0u);
+    ASSERT_EQ(log.records().size(), 3);
+    EXPECT_EQ(log.records()[0].condition, "context");
+    EXPECT_EQ(log.records()[0].message, "glEnable called without a current GL context");
+    EXPECT_EQ(log.records()[2].message, "glCreateProgram called without a current GL context");
+    gfx::GLStateManager::instance()->clearToInvalid();
 }
 
 } // namespace

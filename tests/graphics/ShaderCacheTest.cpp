@@ -56,6 +56,11 @@ TEST(ShaderCacheTest, UsagesAreEqualOnlyWithEqualState)
     EXPECT_FALSE(a.equals(&c));
     c.setMatrix(QMatrix4x4());
     EXPECT_TRUE(c.isIdentity());
+    // Compositions that read the destination always blend, opaque or not.
+    a.setBlendFunc(GL_ONE, GL_ZERO);
+    EXPECT_FALSE(a.needsBlending());
+    a.setBlendFunc(GL_ZERO, GL_ZERO);
+    EXPECT_TRUE(a.needsBlending());
     TextureShaderUsage texture(none, true);
     EXPECT_FALSE(texture.equals(&a));
     EXPECT_EQ(TextureShaderUsage::opacify(&a, Qt::white), nullptr);

@@ -1,0 +1,338 @@
+#include "GraphicsPaintEngine.h"
+
+#include "DisplayList.h"
+#include "TextureCache.h"
+
+#include <Logger.h>
+#include <QPainter>
+#include <QPainterPath>
+#include <cmath>
+
+namespace gfx {
+
+namespace {
+const char* const kLogSource = "graphics/GraphicsPaintEngine";
+
+struct BlendFactors
+{
+    QPainter::CompositionMode mode;
+    GLenum source;
+    GLenum destination;
+};
+
+// Factors for premultiplied colours.
+const BlendFactors kCompositionModes[] = {
+    {QPainter::CompositionMode_SourceOver, GL_ONE, GL_ONE_MINUS_SRC_ALPHA},
+    {QPainter::CompositionMode_DestinationOver, GL_ONE_MINUS_DST_ALPHA, GL_ONE},
+    {QPainter::CompositionMode_Clear, GL_ZERO, GL_ZERO},
+    {QPainter::CompositionMode_Source, GL_ONE, GL_ZERO},
+    {QPainter::CompositionMode_Destination, GL_ZERO, GL_ONE},
+    {QPainter::CompositionMode_SourceIn, GL_DST_ALPHA, GL_ZERO},
+    {QPainter::CompositionMode_DestinationIn, GL_ZERO, GL_SRC_ALPHA},
+    {QPainter::CompositionMode_SourceOut, GL_ONE_MINUS_DST_ALPHA, GL_ZERO},
+    {QPainter::CompositionMode_DestinationOut, GL_ZERO, GL_ONE_MINUS_SRC_ALPHA},
+    {QPainter::CompositionMode_SourceAtop, GL_DST_ALPHA, GL_ONE_MINUS_SRC_ALPHA},
+    {QPainter::CompositionMode_DestinationAtop, GL_ONE_MINUS_DST_ALPHA, GL_SRC_ALPHA},
+    {QPainter::CompositionMode_Xor, GL_ONE_MINUS_DST_ALPHA, GL_ONE_MINUS_SRC_ALPHA},
+    {QPainter::CompositionMode_Plus, GL_ONE, GL_ONE},
+};
+
+void unsupported(const char* signature)
+{
+    ORBIS_FAIL(QStringLiteral("Unsupported %%1\n").arg(QLatin1String(signature)));
+}
+
+// Device pixels inside a shape's polygons.
+QRegion regionOf(const Shape& shape)
+{
+    QRegion region;
+    for (const QPolygonF& polygon : shape.polygons()) {
+        if (shape.isRectilinear())
+            region += polygon.boundingRect().toAlignedRect();
+        else
+            region += QRegion(polygon.toPolygon());
+    }
+    return region;
+}
+
+TexCoordInsets insetsOf(const QRectF& source, const QSize& size)
+{
+    if (source.isNull() || size.isEmpty())
+        return TexCoordInsets();
+    const qreal w = size.width();
+    const qreal h = size.height();
+    return {float(source.left() / w), float(source.top() / h), float((w - source.right()) / w),
+            float((h - source.bottom()) / h)};
+}
+} // namespace
+
+GraphicsPaintEngine::GraphicsPaintEngine(const QRegion& clip, OptionFlags flags)
+    : QPaintEngine(AllFeatures), mBuilder(), mBaseClip(clip), mHasBaseClip(!clip.isNull()), mOptions(flags)
+{
+    applyClip();
+}
+
+GraphicsPaintEngine::~GraphicsPaintEngine() = default;
+
+bool GraphicsPaintEngine::begin(QPaintDevice*)
+{
+    return true;
+}
+
+bool GraphicsPaintEngine::end()
+{
+    return true;
+}
+
+GraphicsPaintEngine* GraphicsPaintEngine::of(QPainter& painter)
+{
+    QPaintEngine* engine = painter.paintEngine();
+    return engine && engine->type() == kType ? static_cast<GraphicsPaintEngine*>(engine) : nullptr;
+}
+
+TExplicitlySharedDataPointer<DisplayList> GraphicsPaintEngine::createDisplayList()
+{
+    return mBuilder.createDisplayList(mOptions.testFlag(AllowSubstitution));
+}
+
+void GraphicsPaintEngine::updateState(const QPaintEngineState& state)
+{
+    const DirtyFlags dirty = state.state();
+    if (dirty & DirtyTransform)
+        setTransform(state.transform());
+    if (dirty & DirtyOpacity) {
+        mOpacity = state.opacity();
+        mBuilder.setOpacity(float(mOpacity));
+    }
+    if (dirty & DirtyBrush)
+        mBrush = state.brush();
+    if (dirty & DirtyBrushOrigin)
+        mBrushOrigin = state.brushOrigin();
+    if (dirty & DirtyPen)
+        mPen = state.pen();
+    if (dirty & DirtyCompositionMode)
+        setCompositionMode(state.compositionMode());
+    if (dirty & (DirtyClipRegion | DirtyClipPath | DirtyClipEnabled))
+        updateClip(state);
+    if (dirty & DirtyHints)
+        mHints = state.renderHints();
+}
+
+void GraphicsPaintEngine::setTransform(const QTransform& transform)
+{
+    mTransform = transform;
+    // Rectangles stay rectangles under these: they are mapped on the processor.
+    if (transform.type() < QTransform::TxRotate && transform.m11() > 0 && transform.m22() > 0)
+        mMatrix = QMatrix4x4();
+    else
+        mMatrix = QMatrix4x4(transform);
+}
+
+void GraphicsPaintEngine::setCompositionMode(QPainter::CompositionMode mode)
+{
+    for (const BlendFactors& factors : kCompositionModes) {
+        if (factors.mode == mode) {
+            mBlendSource = factors.source;
+            mBlendDestination = factors.destination;
+            mBuilder.setBlendFunc(mBlendSource, mBlendDestination);
+            return;
+        }
+    }
+    Logger::warn(QStringLiteral("Unsupported composition mode"));
+}
+
+void GraphicsPaintEngine::updateClip(const QPaintEngineState& state)
+{
+    const DirtyFlags dirty = state.state();
+    if (dirty & DirtyClipEnabled)
+        mClipEnabled = state.isClipEnabled();
+    if (dirty & (DirtyClipRegion | DirtyClipPath)) {
+        const Qt::ClipOperation operation = state.clipOperation();
+        if (operation == Qt::NoClip) {
+            mHasPainterClip = false;
+            mClip = Shape();
+            mClipRegion = QRegion();
+        } else {
+            QRegion region;
+            if (dirty & DirtyClipRegion) {
+                mClip = Shape(state.clipRegion(), mTransform);
+                region = regionOf(mClip);
+            } else {
+                for (const QPolygonF& polygon : mTransform.map(state.clipPath()).toFillPolygons())
+                    region += QRegion(polygon.toPolygon(), state.clipPath().fillRule());
+            }
+            if (operation == Qt::IntersectClip && mHasPainterClip)
+                region &= mClipRegion;
+            if (!(dirty & DirtyClipRegion) || operation == Qt::IntersectClip)
+                mClip = Shape(region);
+            mClipRegion = region;
+            mHasPainterClip = true;
+            mClipEnabled = true;
+        }
+    }
+    applyClip();
+}
+
+void GraphicsPaintEngine::applyClip()
+{
+    if (hasClip())
+        mBuilder.setClip(mHasBaseClip ? mClipRegion & mBaseClip : mClipRegion);
+    else if (mHasBaseClip)
+        mBuilder.setClip(mBaseClip);
+    else
+        mBuilder.clearClip();
+}
+
+void GraphicsPaintEngine::drawRects(const QRect* rects, int count)
+{
+    QVector<QRectF> converted(count);
+    for (int i = 0; i < count; ++i)
+        converted[i] = QRectF(rects[i]);
+    drawRects(converted.constData(), count);
+}
+
+void GraphicsPaintEngine::drawRects(const QRectF* rects, int count)
+{
+    for (int i = 0; i < count; ++i)
+        drawRect(rects[i].toRect());
+}
+
+void GraphicsPaintEngine::drawRect(const QRect& rect)
+{
+    const Qt::BrushStyle style = mBrush.style();
+    if (style == Qt::NoBrush || rect.isEmpty())
+        return;
+    if (style == Qt::TexturePattern) {
+        const QPixmap pattern = mBrush.texture();
+        if (pattern.isNull())
+            return;
+        // The pattern repeats from the brush origin, as the raster engine lays it;
+        // one tile per repeat, since repeating textures of any size are not
+        // guaranteed on GL ES 2.
+        const QSize size = pattern.size();
+        const TextureKey key = TextureCache::instance()->addOrLookup(pattern);
+        const QPoint origin = mBrushOrigin.toPoint();
+        const int firstX =
+            origin.x() + int(std::floor(double(rect.left() - origin.x()) / size.width())) * size.width();
+        const int firstY =
+            origin.y() + int(std::floor(double(rect.top() - origin.y()) / size.height())) * size.height();
+        for (int y = firstY; y <= rect.bottom(); y += size.height()) {
+            for (int x = firstX; x <= rect.right(); x += size.width()) {
+                const QRect tile = QRect(QPoint(x, y), size) & rect;
+                drawTexture(QRectF(tile), size, key, QRectF(tile.translated(-x, -y)),
+                            pattern.hasAlphaChannel());
+            }
+        }
+        return;
+    }
+    mBuilder.drawColoredShape(Shape(QRectF(rect), mTransform), mBrush.color());
+}
+
+void GraphicsPaintEngine::drawLines(const QLine*, int)
+{
+    unsupported(Q_FUNC_INFO);
+}
+
+void GraphicsPaintEngine::drawLines(const QLineF*, int)
+{
+    unsupported(Q_FUNC_INFO);
+}
+
+void GraphicsPaintEngine::drawEllipse(const QRectF&)
+{
+    unsupported(Q_FUNC_INFO);
+}
+
+void GraphicsPaintEngine::drawEllipse(const QRect&)
+{
+    unsupported(Q_FUNC_INFO);
+}
+
+void GraphicsPaintEngine::drawPoints(const QPoint*, int) {}
+
+void GraphicsPaintEngine::drawPolygon(const QPointF*, int, PolygonDrawMode)
+{
+    unsupported(Q_FUNC_INFO);
+}
+
+void GraphicsPaintEngine::drawPolygon(const QPoint*, int, PolygonDrawMode)
+{
+    unsupported(Q_FUNC_INFO);
+}
+
+void GraphicsPaintEngine::drawTexture(const QRectF& target, const QSize& size, const TextureKey& key,
+                                      const QRectF& source, bool blend)
+{
+    if (target.isEmpty() || key.isNull())
+        return;
+    mBuilder.drawTexturedShape(Shape(target, mTransform, insetsOf(source, size)), key, QMatrix4x4(), blend);
+}
+
+void GraphicsPaintEngine::drawPixmap(const QRectF& target, const QPixmap& pixmap, const QRectF& source)
+{
+    if (pixmap.isNull())
+        return;
+    drawTexture(target, pixmap.size(), TextureCache::instance()->addOrLookup(pixmap), source,
+                pixmap.hasAlphaChannel());
+}
+
+void GraphicsPaintEngine::drawTiledPixmap(const QRectF& target, const QPixmap& pixmap, const QPointF&)
+{
+    drawPixmap(target, pixmap, QRectF(0, 0, pixmap.width(), pixmap.height()));
+}
+
+void GraphicsPaintEngine::drawImage(const QRectF& target, const QImage& image, const QRectF& source,
+                                    Qt::ImageConversionFlags)
+{
+    if (image.isNull())
+        return;
+    drawTexture(target, image.size(), TextureCache::instance()->addOrLookup(image), source,
+                image.hasAlphaChannel());
+}
+
+void GraphicsPaintEngine::drawDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list,
+                                          const QRect& target, const QRect& source, bool blend)
+{
+    mBuilder.drawDisplayList(list, target, source, blend, QMatrix4x4(mTransform));
+}
+
+bool GraphicsPaintEngine::drawDisplayList(QPainter& painter,
+                                          const TExplicitlySharedDataPointer<DisplayList>& list,
+                                          const QRect& target, const QRect& source, bool blend)
+{
+    GraphicsPaintEngine* engine = of(painter);
+    if (!engine)
+        return false;
+    // The painter hands its state over lazily, at its next own draw call.
+    engine->syncState();
+    engine->drawDisplayList(list, target, source, blend);
+    return true;
+}
+
+void GraphicsPaintEngine::drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target,
+                                                 const QRect& source, bool opaque, const QMatrix4x4& matrix)
+{
+    const QRect placed = mTransform.mapRect(matrix.mapRect(target));
+    mBuilder.drawWithCustomRenderer(renderer, placed, source, opaque && mMatrix.isIdentity());
+}
+
+GraphicsPaintEngine::Clipped GraphicsPaintEngine::getClipped(const QRectF& rect,
+                                                             const TexCoordInsets& insets) const
+{
+    if (!mBuilder.hasClip() || rect.isEmpty())
+        return {rect, insets};
+    const QRectF clipped = rect & QRectF(mBuilder.clip().boundingRect());
+    if (clipped.isEmpty())
+        return {QRectF(), insets};
+    // The insets share the texture's span between the rectangle's edges.
+    const float spanX = 1 - insets.left - insets.right;
+    const float spanY = 1 - insets.top - insets.bottom;
+    TexCoordInsets moved = insets;
+    moved.left += float((clipped.left() - rect.left()) / rect.width()) * spanX;
+    moved.right += float((rect.right() - clipped.right()) / rect.width()) * spanX;
+    moved.top += float((clipped.top() - rect.top()) / rect.height()) * spanY;
+    moved.bottom += float((rect.bottom() - clipped.bottom()) / rect.height()) * spanY;
+    return {clipped, moved};
+}
+
+} // namespace gfx

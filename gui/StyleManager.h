@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Singleton.h"
+#include "Style.h"
+
+#include <QHash>
+#include <QObject>
+#include <QStringList>
+#include <QVector>
+
+class QFileSystemWatcher;
+class QSettings;
+
+// The process-wide registry of styles: one StyleData per normalized specification
+// and per named style, kept for the life of the process. Named styles come from
+// the INI style files of the assets folder; on a development vehicle the files are
+// watched and every style that depends on an edited one restyles live.
+class StyleManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    static StyleManager* instance();
+    ~StyleManager() override;
+
+    // Reads the development-vehicle flag and loads the style files.
+    void initialize();
+
+    // The named style, or nullptr when no configuration entry defines it.
+    Style::StyleData* lookupStyle(const QString& name) const;
+    // spec must be normalized (Style::normalizedSpec).
+    Style::StyleData* lookupOrCreateSpec(const QString& spec, bool evaluate);
+    Style::StyleData* lookupOrCreateAlias(const QString& name, const QString& spec);
+    // A specification as code writes it: normalized once per distinct text.
+    Style::StyleData* lookupOrCreateWritten(const QString& text);
+    // A named style got a new definition: outside a load, it and everything built
+    // on it are re-evaluated and restyled at once.
+    void markChanged(Style::StyleData* data);
+
+    void loadConfiguration();
+    void loadConfigurationFile(const QString& path);
+    void loadConfigurationGroup(QSettings& settings);
+    void parseConfigurationEntry(const QSettings& settings, const QString& key);
+
+    static bool allowRuntimeStyling();
+    // Adds "<base>-<name>.conf" files, read before the common and base files when
+    // present; their definitions win over later files without being reported.
+    static void registerOptionalStyleOverrideName(const QString& name);
+    // The style files of the assets folder, in reading order.
+    static QStringList configurationFiles();
+
+    QStringList watchedFiles() const;
+    int styleCount() const { return mCreationOrder.size(); }
+
+public Q_SLOTS:
+    void styleFileChanged(const QString& path);
+
+private:
+    friend class Singleton<StyleManager>;
+    StyleManager();
+
+    struct StyleFile
+    {
+        QString path;
+        bool isOverride;
+    };
+    static QVector<StyleFile> styleFiles();
+    Style::StyleData* registerData(QHash<QString, TExplicitlySharedDataPointer<Style::StyleData>>& hash,
+                                   const QString& key);
+    QSet<Style::StyleData*> dependentsOf(Style::StyleData* data) const;
+    void watch(const QStringList& files);
+
+    QHash<QString, TExplicitlySharedDataPointer<Style::StyleData>> mStyles;
+    QHash<QString, TExplicitlySharedDataPointer<Style::StyleData>> mNamedStyles;
+    // Texts given to Style(spec), normalized or not, so that repeated lookups of
+    // the same text cost one hash lookup.
+    QHash<QString, Style::StyleData*> mWrittenSpecs;
+    // Every style ever created, oldest first: the order of a full re-evaluation.
+    QVector<Style::StyleData*> mCreationOrder;
+    // Names defined during the current load, and whether an override file did it.
+    QHash<QString, bool> mDefinedThisLoad;
+    bool mLoading = false;
+    bool mReadingOverride = false;
+    QFileSystemWatcher* mWatcher = nullptr;
+};

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "VariantConverter.h"
+
+// Text form of Style variants: the specification, or the name of a named style.
+class StyleVariantConverter : public VariantConverter
+{
+public:
+    int typeId() const override;
+    QString toString(const QVariant& value) const override;
+    QVariant fromString(const QString& text) const override;
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QPoint>
+#include <QPointF>
+
+// Geometry of finger positions for gesture recognition. Angles are in degrees,
+// measured like atan2 (counter-clockwise from +x in a y-up frame; on screen, where y
+// grows downwards, positive angles turn clockwise).
+namespace PointUtils {
+double distanceBetween(const QPointF& a, const QPointF& b);
+// The vector from a to b.
+QPointF vectorBetween(const QPointF& a, const QPointF& b);
+double vectorAngle(const QPointF& vector);
+// The signed turn from angle `from` to angle `to`, wrapped into [-180, 180).
+double angleDifference(double from, double to);
+QPointF midpoint(const QPointF& a, const QPointF& b);
+int manhattanDistance(const QPoint& a, const QPoint& b);
+} // namespace PointUtils

@@ -1,0 +1,61 @@
+#include "PaintComparison.h"
+
+#include "GLTestContext.h"
+
+#include <DisplayList.h>
+#include <GraphicsPaintDevice.h>
+#include <RenderState.h>
+
+#include <QPainter>
+#include <cstdlib>
+
+PaintComparison::PaintComparison(GLTestContext& gl, QRgb background) : mGL(gl), mBackground(background) {}
+
+QImage PaintComparison::engine(const Painting& paint) const
+{
+    mGL.clear(qRed(mBackground) / 255.f, qGreen(mBackground) / 255.f, qBlue(mBackground) / 255.f,
+              qAlpha(mBackground) / 255.f);
+    gfx::GraphicsPaintDevice device(mGL.size());
+    {
+        QPainter painter(&device);
+        paint(painter);
+    }
+    auto list = device.engine()->createDisplayList();
+    list->optimize();
+    list->render(gfx::RenderState(mGL.size()));
+    return mGL.image().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+QImage PaintComparison::raster(const Painting& paint) const
+{
+    QImage image(mGL.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(mBackground);
+    QPainter painter(&image);
+    paint(painter);
+    return image;
+}
+
+PaintComparison::Difference PaintComparison::compare(const Painting& paint, int tolerance) const
+{
+    return difference(engine(paint), raster(paint), tolerance);
+}
+
+PaintComparison::Difference PaintComparison::difference(const QImage& a, const QImage& b, int tolerance)
+{
+    Difference result;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb p = a.pixel(x, y);
+            const QRgb q = b.pixel(x, y);
+            const int d = std::max({std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
+                                    std::abs(qBlue(p) - qBlue(q)), std::abs(qAlpha(p) - qAlpha(q))});
+            if (d > tolerance)
+                ++result.pixels;
+            if (d > result.worst) {
+                result.worst = d;
+                result.worstAt = QPoint(x, y);
+            }
+        }
+    }
+    return result;
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QImage>
+#include <QRgb>
+#include <functional>
+
+class GLTestContext;
+class QPainter;
+
+// Paints the same commands twice: through the engine's paint device, optimised and
+// rendered into a GL framebuffer, and through Qt's raster engine into an image,
+// both over the same background, and compares the two pictures.
+class PaintComparison
+{
+public:
+    using Painting = std::function<void(QPainter&)>;
+
+    struct Difference
+    {
+        // Pixels whose channels differ by more than the tolerance.
+        int pixels = 0;
+        // The largest channel difference, and where it is.
+        int worst = 0;
+        QPoint worstAt;
+    };
+
+    PaintComparison(GLTestContext& gl, QRgb background);
+
+    QImage engine(const Painting& paint) const;
+    QImage raster(const Painting& paint) const;
+    Difference compare(const Painting& paint, int tolerance) const;
+    static Difference difference(const QImage& a, const QImage& b, int tolerance);
+
+private:
+    GLTestContext& mGL;
+    QRgb mBackground;
+};
