@@ -1,6 +1,18 @@
 #include "GraphicsPaintDevice.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+
 namespace gfx {
+
+namespace {
+// Fonts are sized as for images, by the screen's logical resolution.
+int screenDpi()
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen ? qRound(screen->logicalDotsPerInchY()) : 96;
+}
+} // namespace
 
 GraphicsPaintDevice::GraphicsPaintDevice(const QSize& size, const QRegion& clip,
                                          GraphicsPaintEngine::OptionFlags flags)
@@ -17,9 +29,9 @@ int GraphicsPaintDevice::metric(PaintDeviceMetric metric) const
     case PdmHeight:
         return mSize.height();
     case PdmWidthMM:
-        return qRound(mSize.width() * 25.4 / kDpi);
+        return qRound(mSize.width() * 25.4 / screenDpi());
     case PdmHeightMM:
-        return qRound(mSize.height() * 25.4 / kDpi);
+        return qRound(mSize.height() * 25.4 / screenDpi());
     case PdmNumColors:
         return 0;
     case PdmDepth:
@@ -28,7 +40,7 @@ int GraphicsPaintDevice::metric(PaintDeviceMetric metric) const
     case PdmDpiY:
     case PdmPhysicalDpiX:
     case PdmPhysicalDpiY:
-        return kDpi;
+        return screenDpi();
     case PdmDevicePixelRatio:
         return 1;
     case PdmDevicePixelRatioScaled:

@@ -9,7 +9,7 @@ namespace gfx {
 
 // A surface of a given size whose painters record render items through their own
 // GraphicsPaintEngine, so that any view's draw(QPainter&) ends in a display list.
-// Text is measured as on a 96 dpi screen.
+// Text is measured at the screen's logical resolution, as in images.
 class GraphicsPaintDevice : public QPaintDevice
 {
 public:
@@ -25,8 +25,6 @@ protected:
     int metric(PaintDeviceMetric metric) const override;
 
 private:
-    static constexpr int kDpi = 96;
-
     QSize mSize;
     std::unique_ptr<GraphicsPaintEngine> mEngine;
 };

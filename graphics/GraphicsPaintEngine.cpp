@@ -1,6 +1,7 @@
 #include "GraphicsPaintEngine.h"
 
 #include "DisplayList.h"
+#include "GlyphRun.h"
 #include "TextureCache.h"
 
 #include <Logger.h>
@@ -288,6 +289,36 @@ void GraphicsPaintEngine::drawImage(const QRectF& target, const QImage& image, c
         return;
     drawTexture(target, image.size(), TextureCache::instance()->addOrLookup(image), source,
                 image.hasAlphaChannel());
+}
+
+void GraphicsPaintEngine::drawTextItem(const QPointF& origin, const QTextItem& item)
+{
+    for (const GlyphRun& run : GlyphRun::fromTextItem(item, paintDevice()))
+        drawGlyphs(origin, run, mPen.color());
+}
+
+void GraphicsPaintEngine::drawTextDirect(const QPointF& origin, const QFont& font, const QString& text,
+                                         float letterSpacing, const QColor& color)
+{
+    drawGlyphs(origin, GlyphRun::fromText(font, text, letterSpacing), color);
+}
+
+void GraphicsPaintEngine::drawGlyphs(const QPointF& origin, const GlyphRun& run, const QColor& color)
+{
+    if (run.isEmpty())
+        return;
+    QVector<QPointF> positions = run.positions();
+    for (QPointF& p : positions)
+        p = mTransform.map(origin + p);
+    // Under a scale the glyphs are rasterised at the size they appear; other
+    // transforms move them, upright.
+    const qreal scale = mTransform.type() == QTransform::TxScale ? qAbs(mTransform.m22()) : 1.0;
+    if (qFuzzyCompare(scale, 1.0)) {
+        mBuilder.drawGlyphRun(run, positions, color);
+        return;
+    }
+    const GlyphRun scaled(run.face(), qRound(run.pixelSize() * scale), run.glyphs(), run.positions());
+    mBuilder.drawGlyphRun(scaled, positions, color);
 }
 
 void GraphicsPaintEngine::drawDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list,

@@ -18,6 +18,7 @@ class QPainter;
 namespace gfx {
 
 class DisplayList;
+class GlyphRun;
 class ICustomRenderer;
 
 // A QPaintEngine that turns painter calls into render items. Rectangles under a
@@ -52,6 +53,7 @@ public:
     void drawPolygon(const QPointF* points, int count, PolygonDrawMode mode) override;
     void drawPolygon(const QPoint* points, int count, PolygonDrawMode mode) override;
     void drawPixmap(const QRectF& target, const QPixmap& pixmap, const QRectF& source) override;
+    void drawTextItem(const QPointF& origin, const QTextItem& item) override;
     // Stretches the whole pixmap over `target`: the offset is ignored and nothing tiles.
     void drawTiledPixmap(const QRectF& target, const QPixmap& pixmap, const QPointF& offset) override;
     void drawImage(const QRectF& target, const QImage& image, const QRectF& source,
@@ -59,6 +61,10 @@ public:
     Type type() const override { return kType; }
 
     void drawRect(const QRect& rect);
+    // Text laid out without Qt's text engine: the face's own advances and kerning,
+    // `letterSpacing` pixels between glyphs, on the baseline at `origin`.
+    void drawTextDirect(const QPointF& origin, const QFont& font, const QString& text, float letterSpacing,
+                        const QColor& color);
     void drawDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list, const QRect& target,
                          const QRect& source, bool blend);
     // Through the engine behind `painter`; false when it is not this kind of engine.
@@ -96,6 +102,7 @@ private:
     void setCompositionMode(QPainter::CompositionMode mode);
     void updateClip(const QPaintEngineState& state);
     void applyClip();
+    void drawGlyphs(const QPointF& origin, const GlyphRun& run, const QColor& color);
     void drawTexture(const QRectF& target, const QSize& size, const TextureKey& key, const QRectF& source,
                      bool blend);
 

@@ -7,8 +7,12 @@
 #include "DisplayListRenderItem.h"
 #include "Geometry.h"
 #include "GeometryRenderItem.h"
+#include "GlyphQuads.h"
+#include "GlyphRun.h"
 #include "MaskTextureShaderUsage.h"
 #include "MultiTextureShaderUsage.h"
+#include "TextShaderUsage.h"
+#include "TextureCache.h"
 #include "TextureShaderUsage.h"
 
 namespace gfx {
@@ -209,6 +213,34 @@ void RenderItemBuilder::drawMaskedTexturedShape(const Shape& shape, const Textur
 void RenderItemBuilder::drawColorTexturedShape(const Shape& shape, const TextureKey& key, const QColor& color)
 {
     appendShape(new ColorTextureShaderUsage(key, color), shape, true);
+}
+
+void RenderItemBuilder::drawGlyphRun(const GlyphRun& run, float x, float y, const QColor& color,
+                                     const QRect& clip)
+{
+    QVector<QPointF> positions = run.positions();
+    for (QPointF& p : positions)
+        p += QPointF(x, y);
+    drawGlyphRun(run, positions, color, clip);
+}
+
+void RenderItemBuilder::drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions,
+                                     const QColor& color, const QRect& clip)
+{
+    QRegion region = mClip;
+    if (!clip.isNull())
+        region = mHasClip ? region & clip : QRegion(clip);
+    const bool clipped = mHasClip || !clip.isNull();
+    const QMap<unsigned int, Geometry*> pages =
+        GlyphQuads::build(run, positions, clipped ? &region : nullptr);
+    for (auto it = pages.constBegin(); it != pages.constEnd(); ++it) {
+        if (it.value()->vertices().isEmpty()) {
+            delete it.value();
+            continue;
+        }
+        appendGeometry(new TextShaderUsage(TextureCache::instance()->glyphCachePage(it.key()), color),
+                       it.value());
+    }
 }
 
 void RenderItemBuilder::drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader)

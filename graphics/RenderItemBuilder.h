@@ -16,6 +16,7 @@ namespace gfx {
 
 class DisplayList;
 class Geometry;
+class GlyphRun;
 class ICustomRenderer;
 class RenderItem;
 class ShaderUsage;
@@ -76,6 +77,14 @@ public:
     void drawMaskedTexturedShape(const Shape& shape, const TextureKey& key, const TextureKey& mask,
                                  const CustomShaderKey& shader);
     void drawColorTexturedShape(const Shape& shape, const TextureKey& key, const QColor& color);
+
+    // Glyphs on the baseline at (`x`, `y`) in device pixels; a non-null `clip`
+    // cuts them besides the builder's clip. One item per glyph atlas page.
+    void drawGlyphRun(const GlyphRun& run, float x, float y, const QColor& color,
+                      const QRect& clip = QRect());
+    // Each glyph at its own baseline position (device pixels).
+    void drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions, const QColor& color,
+                      const QRect& clip = QRect());
 
     // Takes ownership of both.
     void drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader);

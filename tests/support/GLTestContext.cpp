@@ -1,6 +1,7 @@
 #include "GLTestContext.h"
 
 #include <GLStateManager.h>
+#include <GlyphCache.h>
 #include <ShaderCache.h>
 #include <TextureCache.h>
 
@@ -46,6 +47,8 @@ GLTestContext::~GLTestContext()
         // Programs and textures belong to this context: delete them while it lives.
         mContext->makeCurrent(mSurface.get());
         gfx::ShaderCache::instance()->releaseAll();
+        if (Singleton<gfx::GlyphCache>::exists())
+            gfx::GlyphCache::instance()->releaseTextures();
         if (Singleton<gfx::TextureCache>::exists()) {
             gfx::TextureCache::instance()->clear();
             gfx::TextureCache::instance()->destroyExpiredTextures();

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QMap>
+#include <QPointF>
+#include <QVector>
+
+class QRegion;
+
+namespace gfx {
+
+class Geometry;
+class GlyphRun;
+
+// The textured quads of a glyph run, one triangle list per glyph atlas page.
+class GlyphQuads
+{
+public:
+    // `origins` are the glyphs' baseline positions in device pixels, rounded to
+    // whole pixels as the raster engine places unhinted positions. Quads are cut
+    // to `clip` where one is given. The caller owns the geometries.
+    static QMap<unsigned int, Geometry*> build(const GlyphRun& run, const QVector<QPointF>& origins,
+                                               const QRegion* clip);
+};
+
+} // namespace gfx
