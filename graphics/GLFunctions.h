@@ -14,6 +14,10 @@
     X(void, glBindTexture, (GLenum target, GLuint texture), (target, texture))                               \
     X(void, glActiveTexture, (GLenum unit), (unit))                                                          \
     X(void, glStencilOp, (GLenum fail, GLenum zfail, GLenum zpass), (fail, zfail, zpass))                    \
+    X(void, glStencilFunc, (GLenum func, GLint ref, GLuint mask), (func, ref, mask))                         \
+    X(void, glClearColor, (GLfloat r, GLfloat g, GLfloat b, GLfloat a), (r, g, b, a))                        \
+    X(void, glClearStencil, (GLint s), (s))                                                                  \
+    X(void, glClear, (GLbitfield mask), (mask))                                                              \
     X(void, glVertexAttribPointer,                                                                           \
       (GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride, const void* pointer),    \
       (index, size, type, normalized, stride, pointer))                                                      \

@@ -7,6 +7,7 @@
 #include "TextureKeyDataGlyph.h"
 #include "TextureKeyDataQImage.h"
 #include "TextureKeyDataQPixmap.h"
+#include "TextureKeyDataTarget.h"
 
 #include <Logger.h>
 #include <QCoreApplication>
@@ -72,6 +73,11 @@ bool TextureCache::bind(const TextureKey& key)
         return false;
     if (data->type() == TextureKeyData::kGlyph)
         return bind(static_cast<TextureKeyDataGlyph*>(data));
+    if (data->type() == TextureKeyData::kTarget) {
+        const GLuint texture = static_cast<TextureKeyDataTarget*>(data)->texture();
+        GLStateManager::instance()->glBindTexture2D(texture);
+        return texture != 0;
+    }
     return bind(static_cast<TextureKeyDataCached*>(data));
 }
 

@@ -17,6 +17,7 @@ public:
         kImage,
         kFile,
         kGlyph,
+        kTarget,
     };
 
     virtual ~TextureKeyData() = default;

@@ -2,10 +2,21 @@
 
 #include "ConfigValue.h"
 #include "DataValueManager.h"
+#include "DisplayDeviceWidget.h"
 #include "DisplayViewAnimation.h"
+#include "Graphics.h"
 #include "Logger.h"
 #include "TouchOwnership.h"
+#include "ViewBufferManager.h"
+#include "input/touch/TouchDevice.h"
 
+#include <GLFunctions.h>
+#include <QBitmap>
+#include <QGLFramebufferObject>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QWheelEvent>
+#include <TextureCache.h>
 #include <cmath>
 
 static const char* const kLogSource = "../../../gui/DisplayDevice";
@@ -14,6 +25,10 @@ static ConfigIntValue gMaxLayoutIterations("ui/max_layout_iterations", 10);
 static ConfigBoolValue gPrintVisitedCount("ui/print_layout_visited_node_count", false);
 static ConfigBoolValue gPrintPlaceCount("ui/print_layout_place_count", false);
 static ConfigBoolValue gPrintDeferredListSize("ui/print_deferred_list_size", false);
+static ConfigIntValue gTickTimerOffset("ui/tick_timer_offset", 0);
+static ConfigBoolValue gHideXCursor("ui/hide_x_cursor", true);
+static ConfigBoolValue gDumpGLExtensions("ui/dump_gl_extensions", false);
+static ConfigIntValue gEnableShortcuts("ui/enable_shortcuts", 0);
 
 int DisplayDevice::refreshRate = 60;
 double DisplayDevice::windowScale = 1.0;
@@ -28,8 +43,21 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     : DisplayView(nullptr, "DisplayDevice"), mScreen(screen)
 {
     setDevice(this);
+    qRegisterMetaType<QStringList*>("QStringList*");
     setTouchBehavior(IgnoreTouches, true);
     applySize(width, height);
+    initTransforms();
+    createWindow();
+    if (mWidget) {
+        const int limitKb = qMax(0, gfx::TextureCacheSize.value()) * 1024;
+        QGLContext::setTextureCacheLimit(limitKb);
+        Logger::info(QStringLiteral("setting texture cache to %1").arg(limitKb));
+        mBufferManager = std::make_unique<ViewBufferManager>(mWidget);
+        doResize(mWindowSize);
+    }
+    // The touch device deletes itself with this device.
+    mTouchDevice = TouchDevice::getInstance(this);
+    mTouchDevice->setSize(QSize(width, height));
     setUseLayer(true);
     mHidden = addContainer("hidden");
     mViews = addContainer("views");
@@ -41,19 +69,69 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     mHidden->show(false);
     mHidden->setUpdateBehavior(NoUpdates, true);
     mHidden->setUseLayer(true);
+    mSecondTimer.start();
+    mTouchDevice->loadTouchDriver(touchDriver);
+    showCursor(useCursor);
     mDisplays.append(this);
+    if (mWidget) {
+        mWidget->makeCurrent();
+        const QString extensions = QString::fromLatin1(
+            reinterpret_cast<const char*>(gfx::GLFunctions::current()->glGetString(GL_EXTENSIONS)));
+        if (gDumpGLExtensions.value())
+            Logger::info(QStringLiteral("Extensions: ") +
+                         extensions.split(QLatin1Char(' ')).join(QLatin1Char('\n')));
+    }
     mRenderRegion = QRegion();
     mCompositeRegion = QRegion();
     mFrameNeeded = false;
+
+    mTimer.setObjectName(QStringLiteral("UITick"));
+    mTimer.setSingleShot(false);
+    connect(&mTimer, SIGNAL(timeout()), this, SLOT(doTick()));
+    if (ORBIS_ASSERT(refreshRate > 0, QStringLiteral("The refresh rate must be positive")))
+        mTimer.start(1000 / refreshRate + gTickTimerOffset.value());
+}
+
+void DisplayDevice::createWindow()
+{
+    // Platforms without a screen cannot make a GL window.
+    const QString platform = QGuiApplication::platformName();
+    if (platform == QLatin1String("offscreen") || platform == QLatin1String("minimal"))
+        return;
+    mWidget = new DisplayDeviceWidget(this);
+    applyCursor();
+}
+
+void DisplayDevice::applyCursor()
+{
+    if (!mWidget)
+        return;
+    if (gHideXCursor.value() || !mCursorShown) {
+        QBitmap blank(16, 16);
+        blank.clear();
+        mWidget->setCursor(QCursor(blank, blank));
+    } else {
+        mWidget->setCursor(Qt::ArrowCursor);
+    }
+}
+
+void DisplayDevice::makeCurrent()
+{
+    if (mWidget)
+        mWidget->makeCurrent();
 }
 
 DisplayDevice::~DisplayDevice()
 {
+    // Layer framebuffers belong to the window's context.
+    makeCurrent();
     // The tree goes first, while the device can still drop its references to it.
     clearAllChildren();
     qDeleteAll(mAnimations);
     mAnimations.clear();
     mDisplays.removeOne(this);
+    mLayer.reset();
+    delete mWidget;
 }
 
 DisplayView* DisplayDevice::addContainer(const char* name)
@@ -67,7 +145,137 @@ DisplayView* DisplayDevice::addContainer(const char* name)
 void DisplayDevice::setSize(QSize size)
 {
     applySize(size.width(), size.height());
+    initTransforms();
+    if (mWidget)
+        doResize(mWindowSize);
+    mTouchDevice->setSize(size);
     reveal();
+}
+
+void DisplayDevice::setPosition(QPoint position)
+{
+    if (mWidget)
+        mWidget->move(position);
+}
+
+void DisplayDevice::setTitle(const QString& title)
+{
+    if (mWidget)
+        mWidget->setWindowTitle(title);
+}
+
+void DisplayDevice::setVisible(bool visible)
+{
+    if (!mWidget)
+        return;
+    mWidget->setVisible(visible);
+    if (visible)
+        reveal();
+}
+
+void DisplayDevice::setFullScreen(bool fullScreen)
+{
+    if (!mWidget)
+        return;
+    if (fullScreen)
+        mWidget->showFullScreen();
+    else
+        mWidget->showNormal();
+    reveal();
+}
+
+double DisplayDevice::getAspectRatio() const
+{
+    return height() == 0 ? 0.0 : double(width()) / double(height());
+}
+
+void DisplayDevice::initTransforms()
+{
+    const int turns = ((rotateOrientation % 360 + 360) % 360) / 90;
+    if (!ORBIS_ASSERT(rotateOrientation % 90 == 0,
+                      QStringLiteral("rotateOrientation must be a multiple of 90")))
+        return;
+    const QSize scaled = Graphics::scaledRect(QRect(0, 0, width(), height()), windowScale).size();
+    mWindowSize = turns % 2 ? scaled.transposed() : scaled;
+    // Rotate about the centre of the screen, then move the centre to the window's.
+    mWindowMatrix.setToIdentity();
+    mWindowMatrix.translate(mWindowSize.width() / 2.0f, mWindowSize.height() / 2.0f);
+    mWindowMatrix.rotate(90.0f * turns, 0, 0, 1);
+    mWindowMatrix.scale(float(windowScale));
+    mWindowMatrix.translate(-width() / 2.0f, -height() / 2.0f);
+}
+
+void DisplayDevice::doResize(const QSize& windowSize)
+{
+    if (!mWidget)
+        return;
+    mWidget->resize(windowSize);
+    reveal();
+}
+
+QRect DisplayDevice::windowRect(const QRect& rect, QGLFramebufferObject* target, bool flipped) const
+{
+    if (target)
+        return flipped
+                   ? QRect(rect.x(), target->height() - rect.y() - rect.height(), rect.width(), rect.height())
+                   : rect;
+    const QRect mapped = mWindowMatrix.mapRect(rect);
+    if (!flipped)
+        return mapped;
+    return QRect(mapped.x(), mWindowSize.height() - mapped.y() - mapped.height(), mapped.width(),
+                 mapped.height());
+}
+
+bool DisplayDevice::isTouchPosValid(const QPoint& point) const
+{
+    return QRect(0, 0, width(), height()).contains(point);
+}
+
+// Input
+
+void DisplayDevice::doKeyPress(QKeyEvent* event)
+{
+    if (gEnableShortcuts.value() && event->modifiers() & Qt::ControlModifier) {
+        // Debug shortcuts of development builds.
+        switch (event->key()) {
+        case Qt::Key_U:
+            debugUpdates = !debugUpdates;
+            markDirtyRectsForRendering(true, true);
+            return;
+        case Qt::Key_P:
+            debugPadding = !debugPadding;
+            markDirtyRectsForRendering(true, true);
+            return;
+        case Qt::Key_S:
+            dumpStats();
+            return;
+        default:
+            break;
+        }
+    }
+    if (mKeyFocus)
+        mKeyFocus->doKeyPress(event);
+}
+
+void DisplayDevice::doKeyRelease(QKeyEvent* event)
+{
+    if (mKeyFocus)
+        mKeyFocus->doKeyRelease(event);
+}
+
+void DisplayDevice::doMouse(QMouseEvent* event)
+{
+    const QPointF point = mWindowMatrix.inverted().map(event->localPos());
+    QMouseEvent mapped(event->type(), point, point, event->screenPos(), event->button(), event->buttons(),
+                       event->modifiers());
+    mTouchDevice->mouseEvent(&mapped);
+}
+
+void DisplayDevice::doWheel(QWheelEvent* event)
+{
+    const QPoint point = mWindowMatrix.inverted().map(event->pos());
+    if (DisplayView* view = viewAtPoint(point))
+        view->wheeled(point, event->angleDelta().y());
 }
 
 // Invalidation
@@ -280,7 +488,10 @@ bool DisplayDevice::shouldShowTapAnimation(QPoint point)
 
 void DisplayDevice::showCursor(bool show)
 {
+    if (show == mCursorShown)
+        return;
     mCursorShown = show;
+    applyCursor();
 }
 
 // Views

@@ -2,21 +2,48 @@
 
 #include "DisplayView.h"
 
+#include <ElapsedTimer.h>
+#include <QHash>
 #include <QList>
+#include <QMatrix4x4>
 #include <QRegion>
+#include <QTimer>
+#include <memory>
 
+class DisplayDeviceWidget;
 class DisplayViewAnimation;
+class QGLFramebufferObject;
+class QMouseEvent;
+class QWheelEvent;
+class TouchDevice;
 class TouchOwnership;
+class ViewBufferManager;
 
-// One screen and the root of its view tree. It collects the revealed (dirty)
-// region, runs the view animations and the deferred layouts of each frame, and
-// keeps the key and touch focus. The window, the frame timer and the compositing
-// of layers belong to the screen side and attach to startFrame()/finishFrame().
+// One screen and the root of its view tree. It owns the GL window, collects the
+// revealed (dirty) region, and runs the frame: data values, touches, animations and
+// deferred layouts (startFrame), every view's tick, then the rendering of dirty
+// layers into their framebuffers and the compositing of the layers onto the window
+// (finishFrame). It keeps the key and touch focus.
+//
+// On a platform without a screen (offscreen, minimal) the device has no window:
+// the tree, animations and layouts still run, and finishFrame() only drops the
+// dirty state.
 class DisplayDevice : public DisplayView
 {
     Q_OBJECT
 
 public:
+    struct FrameStats
+    {
+        int ticks = 0;       // frames run
+        int drawnFrames = 0; // frames that rendered or composited something
+        qint64 totalNs = 0;  // time spent in the ticks
+        qint64 maxNs = 0;
+        qint64 renderedPixels = 0;   // area re-rendered into layers (logical pixels)
+        qint64 compositedPixels = 0; // area recomposited on screen (logical pixels)
+        int lastSecondTicks = 0;     // ticks counted by the last once-a-second tick
+    };
+
     // screen: the index of the physical screen this device drives.
     DisplayDevice(int width, int height, int screen = 0);
     ~DisplayDevice() override;
@@ -24,6 +51,22 @@ public:
     int screen() const { return mScreen; }
     void setSize(QSize size);
     QSize getSize() const { return size(); }
+    void setPosition(QPoint position);
+    void setTitle(const QString& title);
+    void setVisible(bool visible);
+    void setFullScreen(bool fullScreen);
+    double getAspectRatio() const;
+    // The window matrix from windowScale and rotateOrientation.
+    void initTransforms();
+    void doResize(const QSize& windowSize);
+    // A logical rectangle in window pixels (of the framebuffer when one is given;
+    // flipped to GL's bottom-left origin when asked).
+    QRect windowRect(const QRect& rect, QGLFramebufferObject* target, bool flipped) const;
+    bool isTouchPosValid(const QPoint& point) const;
+    DisplayDeviceWidget* widget() const { return mWidget; }
+    ViewBufferManager* viewBufferManager() const { return mBufferManager.get(); }
+    bool hasWindow() const { return mWidget != nullptr; }
+    void makeCurrent();
 
     // Containers of the root, bottom to top.
     DisplayView* hiddenViews() const { return mHidden; }
@@ -44,7 +87,24 @@ public:
     void takeDirtyRegions(QRegion* render, QRegion* composite);
 
     // Frame.
+    QTimer* timer() { return &mTimer; }
     void startFrame();
+    void finishFrame();
+    void renderViews(DisplayView* view, DisplayView* layerParent);
+    void renderView(DisplayView* view, ViewBuffer* buffer, bool revealOnScreen);
+    void compositeNestedLayers();
+    void compositeLayers();
+    void measureFrameRate();
+    void measureTick1sRate();
+    QString dumpStats();
+    void resetStats();
+    const FrameStats& frameStats() const { return mStats; }
+
+    // Writes the next frame (or a part of it, in logical pixels) to an image file
+    // on the global thread pool.
+    void screenshot(QString path);
+    void screenshot(int x, int y, int width, int height, QString path);
+
     void updateAnimations();
     void processDeferredLayouts();
     void deferLayout(DisplayView* view);
@@ -67,6 +127,11 @@ public:
     void clearTouchFocus();
     DisplayView* touchFocus() const { return mTouchFocus; }
 
+    void doKeyPress(QKeyEvent* event) override;
+    void doKeyRelease(QKeyEvent* event) override;
+    void doWheel(QWheelEvent* event);
+    // Window pixels are turned into screen coordinates before the touch device queues them.
+    void doMouse(QMouseEvent* event);
     virtual bool shouldShowTapAnimation(QPoint point);
     // Hidden while touches arrive, shown again when the touch driver falls back to the mouse.
     void showCursor(bool show);
@@ -90,7 +155,23 @@ public:
     static bool debugPadding;
     static QList<DisplayDevice*> mDisplays;
 
+public slots:
+    void doTick();
+
 private:
+    void createWindow();
+    void applyCursor();
+    // The layer into whose buffer a layer is composited instead of onto the screen.
+    DisplayView* nestingTarget(DisplayView* view) const;
+    void paintLayerContent(QPainter& painter, DisplayView* view, ViewBuffer* buffer, const QRegion& dirty);
+    // Visible layers in painting order.
+    void collectLayers(DisplayView* view, QVector<DisplayView*>* layers);
+    void showOverdraw(const QRegion& region);
+    void drawDirtyRects(const QRegion& region);
+    void captureScreenshot();
+    // The view's coordinates to the screen's (logical pixels).
+    QMatrix4x4 screenMatrix(DisplayView* view) const;
+
     void completeAnimation(DisplayViewAnimation* animation);
     // Calls the callback on the view and, depth first, on all its descendants.
     static void dispatch(DisplayView* view, void (DisplayView::*callback)());
@@ -112,4 +193,23 @@ private:
     DisplayView* mPopupViewContainer;
     DisplayView* mPopups;
     DisplayView* mOverlays;
+
+    DisplayDeviceWidget* mWidget = nullptr;
+    TouchDevice* mTouchDevice = nullptr;
+    std::unique_ptr<ViewBufferManager> mBufferManager;
+    QTimer mTimer;
+    ElapsedTimer mSecondTimer;
+    ElapsedTimer mFrameTimer;
+    QMatrix4x4 mWindowMatrix;
+    QSize mWindowSize;
+    FrameStats mStats;
+    int mSecondTicks = 0;
+    struct PendingScreenshot
+    {
+        QRect rect;
+        QString path;
+    };
+    QList<PendingScreenshot> mScreenshots;
+    // Per layer that holds nested layers, where they must be composited this frame.
+    QHash<DisplayView*, QRegion> mNestedRendered;
 };

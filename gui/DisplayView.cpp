@@ -460,6 +460,9 @@ void DisplayView::drawChild(DisplayView* child, QPainter& painter, QRect rect, Q
 {
     if (!child->mVisible && !(child->mDrawingFlags & DrawWhenHidden))
         return;
+    // A child with a layer of its own is rendered into it and composited.
+    if (child->mLayer)
+        return;
     const QPoint origin = offset + child->position();
     const QRect area = rect & child->drawingLayerRect().translated(origin);
     if (area.isEmpty())

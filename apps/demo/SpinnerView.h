@@ -1,0 +1,22 @@
+#pragma once
+
+#include <DisplayView.h>
+#include <QColor>
+
+// A ring with a bright arc that turns a few degrees every frame. It is a layer, so
+// turning it only recomposites the screen; its pixels are rendered once.
+class SpinnerView : public DisplayView
+{
+    Q_OBJECT
+
+public:
+    SpinnerView(DisplayView* parent, const char* name, const QColor& color, double degreesPerFrame = 4.0);
+
+    void draw(QPainter& painter) override;
+    void tick() override;
+
+private:
+    QColor mColor;
+    double mStep;
+    double mTurn = 0;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QSize>
+
+class QGLWidget;
+class ViewBuffer;
+
+// Gives the layers of one screen their framebuffers in the screen's GL context and
+// brackets the drawing of a frame. Framebuffers are made at the size a layer is
+// rendered at and replaced when that size or the backing type changes.
+class ViewBufferManager
+{
+public:
+    explicit ViewBufferManager(QGLWidget* widget) : mWidget(widget) {}
+
+    // Makes the screen's context current.
+    void beginDrawing();
+    // Leaves the screen as the draw target and the GL state cache invalid, since
+    // Qt's painters change GL state behind it.
+    void endDrawing();
+    void bindScreen();
+    bool isDrawing() const { return mDrawing; }
+
+    // Returns whether the buffer got a new framebuffer, whose content is undefined.
+    bool prepare(ViewBuffer* buffer, const QSize& pixelSize);
+
+    // Framebuffers made since start-up (a steady scene stops making them).
+    int framebuffersCreated() const { return mCreated; }
+
+private:
+    QGLWidget* mWidget;
+    bool mDrawing = false;
+    int mCreated = 0;
+};

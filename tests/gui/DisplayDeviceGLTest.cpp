@@ -1,0 +1,267 @@
+#include "DisplayDevice.h"
+#include "DisplayDeviceWidget.h"
+#include "LogCapture.h"
+#include "ScopedConfigOverride.h"
+#include "support/ColorView.h"
+#include "support/GLTestContext.h"
+#include "support/ScopedGLRecorder.h"
+
+#include <QGLFramebufferObject>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QRgb kBlack = qRgb(0, 0, 0);
+const QRgb kRed = qRgb(255, 0, 0);
+const QRgb kGreen = qRgb(0, 255, 0);
+const QRgb kBlue = qRgb(0, 0, 255);
+
+// A shown screen whose frames the test runs by hand.
+class DisplayDeviceGLTest : public ::testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        mDevice.reset();
+        DisplayDevice::windowScale = 1.0;
+        DisplayDevice::rotateOrientation = 0;
+    }
+
+    DisplayDevice& open(int width = 64, int height = 48)
+    {
+        mDevice = std::make_unique<DisplayDevice>(width, height);
+        mDevice->timer()->stop();
+        mDevice->setVisible(true);
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(mDevice->widget()));
+        return *mDevice;
+    }
+
+    // The composited frame, as the next tick draws it.
+    QImage frame()
+    {
+        const QString path = mDir.filePath(QStringLiteral("frame%1.png").arg(mShots++));
+        mDevice->screenshot(path);
+        mDevice->doTick();
+        QThreadPool::globalInstance()->waitForDone();
+        return QImage(path);
+    }
+
+    static QRgb at(const QImage& image, int x, int y) { return image.pixel(x, y) | 0xff000000; }
+
+    QTemporaryDir mDir;
+    int mShots = 0;
+    std::unique_ptr<DisplayDevice> mDevice;
+};
+
+TEST_F(DisplayDeviceGLTest, OneTickRendersDirtyViewsIntoTheirLayersAndOntoTheWindow)
+{
+    DisplayDevice& device = open();
+    ASSERT_TRUE(device.hasWindow());
+    auto* plain = new ColorView(device.views(), "plain", Qt::red);
+    plain->moveTo(4, 4);
+    plain->resizeTo(10, 10);
+    auto* layered = new ColorView(device.views(), "layered", Qt::green);
+    layered->moveTo(30, 20);
+    layered->resizeTo(20, 10);
+    layered->setUseLayer(true);
+
+    const QImage image = frame();
+    ASSERT_EQ(image.size(), QSize(64, 48));
+    EXPECT_EQ(at(image, 4, 4), kRed);
+    EXPECT_EQ(at(image, 13, 13), kRed);
+    EXPECT_EQ(at(image, 14, 14), kBlack);
+    EXPECT_EQ(at(image, 30, 20), kGreen);
+    EXPECT_EQ(at(image, 49, 29), kGreen);
+    EXPECT_EQ(at(image, 50, 29), kBlack);
+    // The layer holds the view's own pixels, at its own origin.
+    const QImage layer = layered->layer()->framebuffer()->toImage();
+    ASSERT_EQ(layer.size(), QSize(20, 10));
+    EXPECT_EQ(layer.pixel(0, 0) | 0xff000000, kGreen);
+    // ... and the root layer no longer has the layered child painted into it.
+    const QImage root = device.layer()->framebuffer()->toImage();
+    EXPECT_EQ(qAlpha(root.pixel(35, 25)), 0);
+    EXPECT_EQ(root.pixel(5, 5), qRgba(255, 0, 0, 255));
+}
+
+TEST_F(DisplayDeviceGLTest, OnlyDirtyRectanglesAreRenderedAndComposited)
+{
+    DisplayDevice& device = open();
+    auto* first = new ColorView(device.views(), "first", Qt::red);
+    first->resizeTo(8, 8);
+    auto* second = new ColorView(device.views(), "second", Qt::red);
+    second->moveTo(20, 20);
+    second->resizeTo(8, 6);
+    device.doTick();
+    const DisplayDevice::FrameStats before = device.frameStats();
+
+    first->color = Qt::blue;
+    second->color = Qt::blue;
+    second->update();
+    device.doTick();
+    EXPECT_EQ(device.frameStats().renderedPixels - before.renderedPixels, 8 * 6);
+    EXPECT_EQ(device.frameStats().compositedPixels - before.compositedPixels, 8 * 6);
+
+    const QImage image = frame();
+    EXPECT_EQ(at(image, 21, 21), kBlue);
+    // Never told: still the colour it had when last rendered.
+    EXPECT_EQ(at(image, 2, 2), kRed);
+
+    // With dirty rectangles off every frame renders everything.
+    ScopedConfigOverride all("ui/dirty_rects", false);
+    const qint64 rendered = device.frameStats().renderedPixels;
+    device.doTick();
+    EXPECT_EQ(device.frameStats().renderedPixels - rendered, 64 * 48);
+    EXPECT_EQ(at(frame(), 2, 2), kBlue);
+}
+
+TEST_F(DisplayDeviceGLTest, AnIdleFrameReachesNoDriver)
+{
+    DisplayDevice& device = open();
+    auto* view = new ColorView(device.views(), "view", Qt::red);
+    view->resizeTo(10, 10);
+    device.doTick();
+    const int drawn = device.frameStats().drawnFrames;
+    {
+        ScopedGLRecorder recorder(gfx::GLFunctions::current());
+        device.doTick();
+        device.doTick();
+        EXPECT_EQ(recorder.totalCalls(), 0);
+        EXPECT_EQ(device.frameStats().drawnFrames, drawn);
+        EXPECT_EQ(device.frameStats().ticks, 3);
+
+        view->update();
+        device.doTick();
+        EXPECT_GT(recorder.count("glDrawArrays"), 0);
+        EXPECT_EQ(device.frameStats().drawnFrames, drawn + 1);
+    }
+}
+
+TEST_F(DisplayDeviceGLTest, WindowScaleDoublesPixelsAndPadsRevealsToWholeOnes)
+{
+    DisplayDevice::windowScale = 2.0;
+    DisplayDevice& device = open(32, 24);
+    EXPECT_EQ(device.widget()->size(), QSize(64, 48));
+    auto* view = new ColorView(device.views(), "view", Qt::green);
+    view->moveTo(5, 5);
+    view->resizeTo(6, 6);
+    device.doTick();
+    const qint64 composited = device.frameStats().compositedPixels;
+    view->update();
+    device.doTick();
+    // left 5, top 5, right 10, bottom 10 becomes 4..15 both ways.
+    EXPECT_EQ(device.frameStats().compositedPixels - composited, 12 * 12);
+
+    const QImage image = frame();
+    ASSERT_EQ(image.size(), QSize(64, 48));
+    EXPECT_EQ(at(image, 10, 10), kGreen);
+    EXPECT_EQ(at(image, 21, 21), kGreen);
+    EXPECT_EQ(at(image, 22, 22), kBlack);
+    EXPECT_EQ(at(image, 9, 9), kBlack);
+}
+
+TEST_F(DisplayDeviceGLTest, RotationTurnsTheWindow)
+{
+    DisplayDevice::rotateOrientation = 90;
+    DisplayDevice& device = open(64, 48);
+    EXPECT_EQ(device.widget()->size(), QSize(48, 64));
+    auto* corner = new ColorView(device.views(), "corner", Qt::red);
+    corner->resizeTo(4, 4);
+    // A quarter turn clockwise takes the top-left corner to the top right.
+    const QImage image = frame();
+    EXPECT_EQ(at(image, 46, 1), kRed);
+    EXPECT_EQ(at(image, 1, 1), kBlack);
+}
+
+TEST_F(DisplayDeviceGLTest, LayersAreCompositedWithTheirOpacityAndTransformOnce)
+{
+    DisplayDevice& device = open();
+    auto* faded = new ColorView(device.views(), "faded", Qt::white);
+    faded->resizeTo(10, 10);
+    faded->setUseLayer(true);
+    faded->setAlpha(0.5f);
+    auto* container = new DisplayView(device.views(), "container");
+    container->moveTo(20, 0);
+    container->resizeTo(40, 40);
+    container->setAlpha(0.5f);
+    auto* nested = new ColorView(container, "nested", Qt::white);
+    nested->resizeTo(10, 10);
+    nested->setUseLayer(true);
+    auto* scaled = new ColorView(device.views(), "scaled", Qt::green);
+    scaled->moveTo(0, 30);
+    scaled->resizeTo(8, 8);
+    scaled->setUseLayer(true);
+    scaled->setScale(2.0f, QPointF(0, 0));
+
+    const QImage image = frame();
+    EXPECT_TRUE(colorsClose(at(image, 5, 5), qRgb(128, 128, 128), 3)) << std::hex << at(image, 5, 5);
+    EXPECT_TRUE(colorsClose(at(image, 25, 5), qRgb(128, 128, 128), 3)) << std::hex << at(image, 25, 5);
+    EXPECT_EQ(at(image, 15, 40), kGreen);
+    EXPECT_EQ(at(image, 17, 40), kBlack);
+}
+
+TEST_F(DisplayDeviceGLTest, NestedLayersAreCompositedIntoTheirParentLayer)
+{
+    DisplayDevice& device = open();
+    auto* parent = new ColorView(device.views(), "parent", Qt::blue);
+    parent->moveTo(10, 10);
+    parent->resizeTo(30, 30);
+    parent->setUseLayer(true);
+    parent->setCompositeNestedLayers(true);
+    auto* child = new ColorView(parent, "child", Qt::red);
+    child->moveTo(5, 5);
+    child->resizeTo(10, 10);
+    child->setUseLayer(true);
+
+    QImage image = frame();
+    EXPECT_EQ(at(image, 16, 16), kRed);
+    EXPECT_EQ(at(image, 12, 12), kBlue);
+    const QImage parentPixels = parent->layer()->framebuffer()->toImage();
+    EXPECT_EQ(parentPixels.pixel(6, 6) | 0xff000000, kRed);
+
+    // A change of the child alone reaches the screen through the parent.
+    child->color = Qt::green;
+    child->update();
+    image = frame();
+    EXPECT_EQ(at(image, 16, 16), kGreen);
+    EXPECT_EQ(at(image, 12, 12), kBlue);
+}
+
+TEST_F(DisplayDeviceGLTest, OversizedLayersAreRefused)
+{
+    ScopedConfigOverride limit("ui/max_single_layer_area", 100);
+    DisplayDevice& device = open();
+    auto* big = new ColorView(device.views(), "big", Qt::red);
+    big->resizeTo(20, 20);
+    big->setUseLayer(true);
+    LogCapture log;
+    device.doTick();
+    const QString message = QStringLiteral(
+        "Trying to draw a layer that exceeds the maximum area of 100: 20 x 20 View: DisplayDevice/views/big");
+    EXPECT_EQ(log.count(message), 2); // the warning and the assertion
+    EXPECT_EQ(big->layer()->framebuffer(), nullptr);
+}
+
+TEST_F(DisplayDeviceGLTest, ScreenshotsOfAPartAreCutFromTheFrame)
+{
+    DisplayDevice& device = open();
+    auto* view = new ColorView(device.views(), "view", Qt::red);
+    view->moveTo(10, 10);
+    view->resizeTo(4, 4);
+    const QString path = mDir.filePath(QStringLiteral("part.png"));
+    device.screenshot(8, 8, 8, 8, path);
+    device.doTick();
+    QThreadPool::globalInstance()->waitForDone();
+    const QImage part(path);
+    ASSERT_EQ(part.size(), QSize(8, 8));
+    EXPECT_EQ(at(part, 2, 2), kRed);
+    EXPECT_EQ(at(part, 1, 1), kBlack);
+
+    LogCapture log;
+    device.screenshot(100, 100, 4, 4, path);
+    EXPECT_EQ(log.assertions(), QStringList{QStringLiteral("Screenshot of an empty area or to no file")});
+}
+
+} // namespace
