@@ -163,6 +163,9 @@ private:
     void applyCursor();
     // The layer into whose buffer a layer is composited instead of onto the screen.
     DisplayView* nestingTarget(DisplayView* view) const;
+    void paintWithGraphics(DisplayView* view, ViewBuffer* buffer, const QTransform& toPixels,
+                           const QRegion& dirty);
+    void paintWithQt(DisplayView* view, ViewBuffer* buffer, const QTransform& toPixels, const QRegion& dirty);
     void paintLayerContent(QPainter& painter, DisplayView* view, ViewBuffer* buffer, const QRegion& dirty);
     // Visible layers in painting order.
     void collectLayers(DisplayView* view, QVector<DisplayView*>* layers);

@@ -14,6 +14,8 @@
 #include <GLFunctions.h>
 #include <GLStateManager.h>
 #include <GeometryBufferAllocator.h>
+#include <GlyphCache.h>
+#include <GraphicsPaintDevice.h>
 #include <Logger.h>
 #include <PerfLogger.h>
 #include <QGLFramebufferObject>
@@ -26,6 +28,8 @@
 static const char* const kLogSource = "../../../gui/DisplayDevice";
 
 static ConfigBoolValue gContentRasterization("ui/gfx_content_rasterization", false);
+// Every layer painted by Qt's own GL paint engine instead of the framework's.
+static ConfigBoolValue gQtPaintEngine("ui/qt_paint_engine", false);
 static ConfigBoolValue gClearRandom("ui/gl_clear_random", false);
 static ConfigBoolValue gTextureCacheLogging("ui/gfx_texture_cache_logging", false);
 static ConfigBoolValue gShowOverdraw("ui/gl_show_overdraw", false);
@@ -86,6 +90,7 @@ void DisplayDevice::finishFrame()
             PerfLogger::Span span(QStringLiteral("DisplayDevice-RenderViews"));
             renderViews(this, nullptr);
         }
+        gfx::GlyphCache::instance()->nextFrame();
         {
             PerfLogger::Span span(QStringLiteral("DisplayDevice-CompositeNestedLayers"));
             compositeNestedLayers();
@@ -200,32 +205,74 @@ void DisplayDevice::renderView(DisplayView* view, ViewBuffer* buffer, bool revea
     if (!ORBIS_ASSERT(framebuffer->isValid(), QStringLiteral("Layer framebuffer could not be made")))
         return;
 
+    // Layer coordinates to framebuffer pixels.
+    QTransform toPixels;
+    toPixels.scale(windowScale, windowScale);
+    toPixels.translate(-area.left(), -area.top());
+    if (gContentRasterization.value() || gQtPaintEngine.value() ||
+        buffer->backingType() == ViewBuffer::QtPaintEngineBacking)
+        paintWithQt(view, buffer, toPixels, dirty);
+    else
+        paintWithGraphics(view, buffer, toPixels, dirty);
+    mStats.renderedPixels += areaOf(dirty);
+}
+
+void DisplayDevice::paintWithGraphics(DisplayView* view, ViewBuffer* buffer, const QTransform& toPixels,
+                                      const QRegion& dirty)
+{
+    QGLFramebufferObject* framebuffer = buffer->framebuffer();
+    const QRegion pixelDirty = toPixels.map(dirty);
+    gfx::GraphicsPaintDevice device(framebuffer->size(), pixelDirty);
+    QPainter painter(&device);
+    painter.setTransform(toPixels);
+    paintLayerContent(painter, view, buffer, dirty);
+    painter.end();
+    auto list = device.engine()->createDisplayList();
+    list->optimize();
+
+    framebuffer->bind();
+    gfx::GLStateManager* gl = gfx::GLStateManager::instance();
+    gfx::GLFunctions* f = gfx::GLFunctions::current();
+    const gfx::RenderState state(framebuffer->size());
+    f->glViewport(0, 0, framebuffer->width(), framebuffer->height());
+    gl->glEnable(GL_SCISSOR_TEST);
+    f->glClearColor(0, 0, 0, 0);
+    for (const QRect& rect : pixelDirty) {
+        const QRect box = state.toWindow(rect);
+        gl->glScissor(box.x(), box.y(), box.width(), box.height());
+        f->glClear(GL_COLOR_BUFFER_BIT);
+    }
+    list->render(state);
+}
+
+void DisplayDevice::paintWithQt(DisplayView* view, ViewBuffer* buffer, const QTransform& toPixels,
+                                const QRegion& dirty)
+{
+    QGLFramebufferObject* framebuffer = buffer->framebuffer();
     QPainter painter(framebuffer);
-    painter.scale(windowScale, windowScale);
-    painter.translate(-area.topLeft());
+    painter.setTransform(toPixels);
     painter.setClipRegion(dirty);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     for (const QRect& rect : dirty)
         painter.fillRect(rect, Qt::transparent);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     if (gContentRasterization.value()) {
-        // Painted on the processor and copied in: a reference for the GL painter.
-        QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+        // Painted on the processor and copied in: a reference for the GL painters.
+        QImage image(framebuffer->size(), QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);
         QPainter raster(&image);
-        raster.scale(windowScale, windowScale);
-        raster.translate(-area.topLeft());
+        raster.setTransform(toPixels);
         paintLayerContent(raster, view, buffer, dirty);
         raster.end();
         painter.resetTransform();
-        painter.setClipRegion(
-            QTransform::fromScale(windowScale, windowScale).map(dirty.translated(-area.topLeft())));
+        painter.setClipRegion(toPixels.map(dirty));
         painter.drawImage(0, 0, image);
     } else {
         paintLayerContent(painter, view, buffer, dirty);
     }
     painter.end();
-    mStats.renderedPixels += areaOf(dirty);
+    // Qt's engine changed GL state behind the cache.
+    gfx::GLStateManager::instance()->clearToInvalid();
 }
 
 void DisplayDevice::paintLayerContent(QPainter& painter, DisplayView* view, ViewBuffer* buffer,

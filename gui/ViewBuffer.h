@@ -19,8 +19,9 @@ public:
     enum BackingType
     {
         DefaultBacking = 0,
-        OpaqueBacking,      // no alpha channel needed
-        MultisampledBacking // smoothed edges for transformed layers
+        OpaqueBacking,       // no alpha channel needed
+        MultisampledBacking, // smoothed edges for transformed layers
+        QtPaintEngineBacking // painted by Qt's own GL paint engine
     };
 
     explicit ViewBuffer(DisplayView* view);

@@ -85,9 +85,9 @@ void DemoScene::buildChargingCard(const QRect& rect)
     card->moveTo(rect.x(), rect.y());
     card->resizeTo(rect.width(), rect.height());
     const int spinnerSize = qMin(rect.width() - 2 * kMargin, rect.height() - 3 * kMargin - 40);
-    auto* spinner = new SpinnerView(card, "spinner", kCharge);
-    spinner->moveTo((rect.width() - spinnerSize) / 2, kMargin);
-    spinner->resizeTo(spinnerSize, spinnerSize);
+    mSpinner = new SpinnerView(card, "spinner", kCharge);
+    mSpinner->moveTo((rect.width() - spinnerSize) / 2, kMargin);
+    mSpinner->resizeTo(spinnerSize, spinnerSize);
     auto* label =
         new LabelView(card, "chargeLevel", QStringLiteral("Charging  72 %"), 24, Qt::white, Qt::AlignCenter);
     label->moveTo(kMargin, rect.height() - kMargin - 40);
@@ -99,8 +99,19 @@ void DemoScene::buildChargingCard(const QRect& rect)
     mPulse->setAlpha(0.1f, 1.0, InterpolatedValue::EaseInOutCubic);
 }
 
+void DemoScene::freeze()
+{
+    mFrozen = true;
+    mSecondTimer.stop();
+    mSpinner->setStep(0);
+    mDevice->finishViewAnimation(mProgress);
+    mDevice->finishViewAnimation(mPulse);
+}
+
 void DemoScene::progressDone(DisplayView*)
 {
+    if (mFrozen)
+        return;
     // Back to the start, then along again.
     const bool atEnd = mProgress->width() >= mProgressWidth;
     mProgress->setWidth(atEnd ? 8 : mProgressWidth, atEnd ? 0.8 : 6.0,
@@ -109,6 +120,8 @@ void DemoScene::progressDone(DisplayView*)
 
 void DemoScene::pulseDone(DisplayView*)
 {
+    if (mFrozen)
+        return;
     mPulse->setAlpha(mPulse->alpha() < 0.5f ? 1.0f : 0.1f, 1.0, InterpolatedValue::EaseInOutCubic);
 }
 

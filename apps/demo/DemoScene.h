@@ -8,6 +8,7 @@ class DisplayDevice;
 class DisplayView;
 class LabelView;
 class PanelView;
+class SpinnerView;
 
 // A small centre-display screen: a status bar with a clock, a media card with
 // cover art, titles and a moving progress bar, and a charging card with a turning
@@ -18,6 +19,10 @@ class DemoScene : public QObject
 
 public:
     explicit DemoScene(DisplayDevice* device);
+
+    // Stops every animation, so that frames without changes draw nothing (for
+    // measurements).
+    void freeze();
 
     // A generated cover picture, so that the demo needs no files.
     static QPixmap coverArt(int size);
@@ -40,6 +45,8 @@ private:
     LabelView* mClock = nullptr;
     PanelView* mProgress = nullptr;
     PanelView* mPulse = nullptr;
+    SpinnerView* mSpinner = nullptr;
+    bool mFrozen = false;
     int mProgressWidth = 0;
     int mSeconds = 0;
     QTimer mSecondTimer;

@@ -2,8 +2,11 @@
 
 #include <DisplayView.h>
 #include <QColor>
+#include <QPixmap>
 
-// A filled rounded rectangle with an optional outline: the cards of the scene.
+// A filled rounded rectangle with an optional outline: the cards of the scene. The
+// rounded shape is drawn once into a picture of the panel's size, so that any
+// paint engine only has to place a picture.
 class PanelView : public DisplayView
 {
     Q_OBJECT
@@ -14,9 +17,11 @@ public:
     void setFill(const QColor& fill);
     void setOutline(const QColor& outline);
     void draw(QPainter& painter) override;
+    void resized() override;
 
 private:
     QColor mFill;
     QColor mOutline;
     int mRadius;
+    QPixmap mShape;
 };

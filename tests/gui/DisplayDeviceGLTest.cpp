@@ -7,6 +7,9 @@
 #include "support/ScopedGLRecorder.h"
 
 #include <QGLFramebufferObject>
+#include <QMouseEvent>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
@@ -18,6 +21,31 @@ const QRgb kBlack = qRgb(0, 0, 0);
 const QRgb kRed = qRgb(255, 0, 0);
 const QRgb kGreen = qRgb(0, 255, 0);
 const QRgb kBlue = qRgb(0, 0, 255);
+
+// Turns green when touched.
+class TouchColorView : public ColorView
+{
+public:
+    using ColorView::ColorView;
+    void touched(int, QPoint) override
+    {
+        color = Qt::green;
+        update();
+    }
+};
+
+// Notes that the window received a button press (and lets it through).
+class PressWatcher : public QObject
+{
+public:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::MouseButtonPress)
+            pressed = true;
+        return false;
+    }
+    bool pressed = false;
+};
 
 // A shown screen whose frames the test runs by hand.
 class DisplayDeviceGLTest : public ::testing::Test
@@ -244,6 +272,39 @@ TEST_F(DisplayDeviceGLTest, OversizedLayersAreRefused)
     EXPECT_EQ(big->layer()->framebuffer(), nullptr);
 }
 
+TEST_F(DisplayDeviceGLTest, EveryPaintRouteDrawsTheSameFrame)
+{
+    DisplayDevice& device = open();
+    auto* back = new ColorView(device.views(), "back", QColor(30, 60, 90));
+    back->resizeTo(64, 48);
+    auto* half = new ColorView(device.views(), "half", QColor(255, 0, 0, 128));
+    half->moveTo(8, 8);
+    half->resizeTo(20, 20);
+    auto* layered = new ColorView(device.views(), "layered", Qt::green);
+    layered->moveTo(34, 10);
+    layered->resizeTo(20, 20);
+    layered->setUseLayer(true);
+    layered->setLayerBackingType(ViewBuffer::OpaqueBacking);
+    const QImage framework = frame();
+    const auto sameAs = [&](const QImage& image) {
+        for (int y = 0; y < 48; y += 3)
+            for (int x = 0; x < 64; x += 3)
+                if (!colorsClose(at(image, x, y), at(framework, x, y), 3))
+                    return ::testing::AssertionFailure() << "differs at " << x << "," << y;
+        return ::testing::AssertionSuccess();
+    };
+    EXPECT_TRUE(colorsClose(at(framework, 10, 10), qRgb(143, 30, 45), 3))
+        << std::hex << at(framework, 10, 10);
+    for (const char* key : {"ui/qt_paint_engine", "ui/gfx_content_rasterization"}) {
+        ScopedConfigOverride route(key, true);
+        device.markDirtyRectsForRendering(true, true);
+        EXPECT_TRUE(sameAs(frame())) << key;
+    }
+    layered->setLayerBackingType(ViewBuffer::QtPaintEngineBacking);
+    layered->update();
+    EXPECT_TRUE(sameAs(frame()));
+}
+
 TEST_F(DisplayDeviceGLTest, ScreenshotsOfAPartAreCutFromTheFrame)
 {
     DisplayDevice& device = open();
@@ -262,6 +323,30 @@ TEST_F(DisplayDeviceGLTest, ScreenshotsOfAPartAreCutFromTheFrame)
     LogCapture log;
     device.screenshot(100, 100, 4, 4, path);
     EXPECT_EQ(log.assertions(), QStringList{QStringLiteral("Screenshot of an empty area or to no file")});
+}
+
+TEST_F(DisplayDeviceGLTest, AnXPointerPressShowsInTheFrameOfTheTickThatProcessesIt)
+{
+    const QString xdotool = QStandardPaths::findExecutable(QStringLiteral("xdotool"));
+    if (xdotool.isEmpty())
+        GTEST_SKIP() << "xdotool is not installed";
+    DisplayDevice& device = open();
+    auto* button = new TouchColorView(device.views(), "button", Qt::red);
+    button->moveTo(20, 10);
+    button->resizeTo(20, 20);
+    device.doTick();
+    PressWatcher watcher;
+    device.widget()->installEventFilter(&watcher);
+
+    const QPoint target = device.widget()->mapToGlobal(QPoint(30, 20));
+    ASSERT_EQ(QProcess::execute(xdotool, {"mousemove", "--sync", QString::number(target.x()),
+                                          QString::number(target.y()), "mousedown", "1"}),
+              0);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return watcher.pressed; }, 5000));
+    // Queued only: nothing has reached the view before the tick.
+    EXPECT_EQ(button->color, QColor(Qt::red));
+    EXPECT_EQ(at(frame(), 30, 20), kGreen);
+    QProcess::execute(xdotool, {"mouseup", "1"});
 }
 
 } // namespace
