@@ -6,6 +6,7 @@
 #include "DisplayViewAnimation.h"
 #include "Graphics.h"
 #include "Logger.h"
+#include "PopupView.h"
 #include "TouchOwnership.h"
 #include "ViewBufferManager.h"
 #include "input/touch/TouchDevice.h"
@@ -17,6 +18,7 @@
 #include <QKeyEvent>
 #include <QWheelEvent>
 #include <TextureCache.h>
+#include <algorithm>
 #include <cmath>
 
 static const char* const kLogSource = "../../../gui/DisplayDevice";
@@ -507,6 +509,11 @@ void DisplayDevice::removeReferences(DisplayView* view)
         mKeyFocus = nullptr;
     if (mTouchFocus == view)
         mTouchFocus = nullptr;
+    mPopupList.erase(std::remove_if(mPopupList.begin(), mPopupList.end(),
+                                    [view](PopupView* popup) { return popup == view; }),
+                     mPopupList.end());
+    if (mPopupBackdrop == view)
+        mPopupBackdrop = nullptr;
 }
 
 void DisplayDevice::deleteView(DisplayView* view)

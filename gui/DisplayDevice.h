@@ -12,6 +12,7 @@
 
 class DisplayDeviceWidget;
 class DisplayViewAnimation;
+class PopupView;
 class QGLFramebufferObject;
 class QMouseEvent;
 class QWheelEvent;
@@ -141,6 +142,17 @@ public:
     void setTouchOwnership(TouchOwnership* ownership) { mTouchOwnership = ownership; }
     TouchOwnership* touchOwnership() const { return mTouchOwnership; }
 
+    // Pop-ups, shown in the "popups" container above a dimming backdrop.
+    void showPopup(PopupView* popup, bool animated);
+    void dismissPopup(PopupView* popup, bool animated);
+    void dismissAllPopups();
+    void popupDidDismiss(PopupView* popup);
+    const QList<PopupView*>& popupList() const { return mPopupList; }
+    DisplayView* popupBackdrop();
+    // The screen area covered by a pop-up (or an on-screen keyboard).
+    void setDisclosureArea(const QRect& area);
+    QRect disclosureArea() const { return mDisclosureArea; }
+
     // Views.
     void deleteView(DisplayView* view);
     void removeReferences(DisplayView* view);
@@ -157,6 +169,21 @@ public:
 
 public slots:
     void doTick();
+
+signals:
+    void popupWillShow(PopupView* popup);
+    void popupWillHide(PopupView* popup);
+    void popupRectChanged();
+    void disclosureAreaChanged(const QRect& area);
+
+protected:
+    virtual void popupWillBeShown(PopupView* popup);
+    virtual void popupShown(PopupView* popup);
+    virtual void popupWillBeDismissed(PopupView* popup);
+    virtual void popupDismissed(PopupView* popup);
+
+private slots:
+    void popupAnimationComplete(DisplayView* view);
 
 private:
     void createWindow();
@@ -197,6 +224,9 @@ private:
     DisplayView* mPopups;
     DisplayView* mOverlays;
 
+    QList<PopupView*> mPopupList;
+    DisplayView* mPopupBackdrop = nullptr;
+    QRect mDisclosureArea;
     DisplayDeviceWidget* mWidget = nullptr;
     TouchDevice* mTouchDevice = nullptr;
     std::unique_ptr<ViewBufferManager> mBufferManager;
