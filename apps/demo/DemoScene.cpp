@@ -41,13 +41,13 @@ void DemoScene::buildStatusBar(int width)
 {
     auto* bar = new PanelView(mRoot, "statusBar", kBar);
     bar->resizeTo(width, kBarHeight);
-    mClock = new LabelView(bar, "clock", QStringLiteral("12:34:00"), 22);
+    mClock = new LabelView(bar, "clock", QStringLiteral("12:34:00"), QStringLiteral("StatusBar/Clock"));
     mClock->moveTo(kMargin, 0);
-    mClock->resizeTo(160, kBarHeight);
-    auto* temperature = new LabelView(bar, "temperature", QStringLiteral("21 \u00b0C"), 22, Qt::white,
-                                      Qt::AlignRight | Qt::AlignVCenter);
-    temperature->moveTo(width - kMargin - 120, 0);
-    temperature->resizeTo(120, kBarHeight);
+    mClock->resizeTo(120, kBarHeight);
+    auto* temperature = new LabelView(bar, "temperature", QStringLiteral("21 \u00b0C"),
+                                      QStringLiteral("StatusBar/Temperature"));
+    temperature->moveTo(width - kMargin - 96, 0);
+    temperature->resizeTo(96, kBarHeight);
 }
 
 void DemoScene::buildMediaCard(const QRect& rect)
@@ -61,10 +61,11 @@ void DemoScene::buildMediaCard(const QRect& rect)
     cover->resizeTo(art, art);
     const int textLeft = 2 * kMargin + art;
     const int textWidth = rect.width() - textLeft - kMargin;
-    auto* title = new LabelView(card, "title", QStringLiteral("Night Drive"), 30);
+    auto* title = new LabelView(card, "title", QStringLiteral("Night Drive"), QStringLiteral("TextTitle"));
     title->moveTo(textLeft, kMargin);
     title->resizeTo(textWidth, 40);
-    auto* artist = new LabelView(card, "artist", QStringLiteral("The Coast Roads"), 20, kDim);
+    auto* artist =
+        new LabelView(card, "artist", QStringLiteral("The Coast Roads"), QStringLiteral("TextSmall"), kDim);
     artist->moveTo(textLeft, kMargin + 44);
     artist->resizeTo(textWidth, 28);
 

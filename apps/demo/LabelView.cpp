@@ -1,6 +1,7 @@
 #include "LabelView.h"
 
 #include <Graphics.h>
+#include <Style.h>
 
 LabelView::LabelView(DisplayView* parent, const char* name, const QString& text, int pixelSize,
                      const QColor& color, Qt::Alignment alignment)
@@ -8,6 +9,22 @@ LabelView::LabelView(DisplayView* parent, const char* name, const QString& text,
 {
     mFont.setFamily(QStringLiteral("DejaVu Sans"));
     mFont.setPixelSize(pixelSize);
+}
+
+LabelView::LabelView(DisplayView* parent, const char* name, const QString& text, const QString& style,
+                     const QColor& color)
+    : LabelView(parent, name, text, 24, color)
+{
+    const Style named(style);
+    const QFont font = named.font();
+    if (!font.family().isEmpty())
+        mFont.setFamily(font.family());
+    mFont.setBold(font.bold());
+    mFont.setWeight(font.weight());
+    if (named.fontSize() > 0)
+        mFont.setPixelSize(named.fontSize());
+    if (named.isDefined(Style::Alignment))
+        mAlignment = named.alignment();
 }
 
 void LabelView::setText(const QString& text)

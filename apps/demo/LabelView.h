@@ -13,6 +13,10 @@ public:
     LabelView(DisplayView* parent, const char* name, const QString& text, int pixelSize,
               const QColor& color = Qt::white, Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter);
 
+    // Font, size and alignment from a named style of the style files.
+    LabelView(DisplayView* parent, const char* name, const QString& text, const QString& style,
+              const QColor& color = Qt::white);
+
     void setText(const QString& text);
     QString text() const { return mText; }
     void draw(QPainter& painter) override;

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QTextStream>
 #include <QThreadPool>
+#include <StyleManager.h>
 
 int main(int argc, char** argv)
 {
@@ -30,6 +31,7 @@ int main(int argc, char** argv)
         }
     }
 
+    StyleManager::instance()->initialize();
     DisplayDevice device(options.size().width(), options.size().height());
     if (!device.hasWindow()) {
         err << "orbis-demo needs an X display with OpenGL (try xvfb-run)\n";
