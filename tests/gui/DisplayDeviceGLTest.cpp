@@ -117,6 +117,9 @@ TEST_F(DisplayDeviceGLTest, OneTickRendersDirtyViewsIntoTheirLayersAndOntoTheWin
     const QImage root = device.layer()->framebuffer()->toImage();
     EXPECT_EQ(qAlpha(root.pixel(35, 25)), 0);
     EXPECT_EQ(root.pixel(5, 5), qRgba(255, 0, 0, 255));
+    int layers = 0;
+    EXPECT_EQ(device.layerMemory(&layers), (64 * 48 + 20 * 10) * 4);
+    EXPECT_EQ(layers, 2);
 }
 
 TEST_F(DisplayDeviceGLTest, OnlyDirtyRectanglesAreRenderedAndComposited)
