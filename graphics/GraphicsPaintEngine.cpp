@@ -184,6 +184,14 @@ void GraphicsPaintEngine::applyClip()
         mBuilder.clearClip();
 }
 
+void GraphicsPaintEngine::syncPainterState()
+{
+    // A painter hands its state over lazily, at its next own draw call; calls that
+    // reach the engine directly take it first.
+    if (isActive() && state)
+        syncState();
+}
+
 void GraphicsPaintEngine::drawRects(const QRect* rects, int count)
 {
     QVector<QRectF> converted(count);
@@ -300,6 +308,7 @@ void GraphicsPaintEngine::drawTextItem(const QPointF& origin, const QTextItem& i
 void GraphicsPaintEngine::drawTextDirect(const QPointF& origin, const QFont& font, const QString& text,
                                          float letterSpacing, const QColor& color)
 {
+    syncPainterState();
     drawGlyphs(origin, GlyphRun::fromText(font, text, letterSpacing), color);
 }
 
@@ -321,9 +330,17 @@ void GraphicsPaintEngine::drawGlyphs(const QPointF& origin, const GlyphRun& run,
     mBuilder.drawGlyphRun(scaled, positions, color);
 }
 
+void GraphicsPaintEngine::drawImageSlice(const QRect& target, const ImageSlice& slice,
+                                         QFlags<ImageSlice::Slice> parts)
+{
+    syncPainterState();
+    mBuilder.drawImageSlice(mTransform.mapRect(target), hasClip() ? mClip : Shape(), slice, parts);
+}
+
 void GraphicsPaintEngine::drawDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list,
                                           const QRect& target, const QRect& source, bool blend)
 {
+    syncPainterState();
     mBuilder.drawDisplayList(list, target, source, blend, QMatrix4x4(mTransform));
 }
 
@@ -334,8 +351,6 @@ bool GraphicsPaintEngine::drawDisplayList(QPainter& painter,
     GraphicsPaintEngine* engine = of(painter);
     if (!engine)
         return false;
-    // The painter hands its state over lazily, at its next own draw call.
-    engine->syncState();
     engine->drawDisplayList(list, target, source, blend);
     return true;
 }
@@ -343,6 +358,7 @@ bool GraphicsPaintEngine::drawDisplayList(QPainter& painter,
 void GraphicsPaintEngine::drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target,
                                                  const QRect& source, bool opaque, const QMatrix4x4& matrix)
 {
+    syncPainterState();
     const QRect placed = mTransform.mapRect(matrix.mapRect(target));
     mBuilder.drawWithCustomRenderer(renderer, placed, source, opaque && mMatrix.isIdentity());
 }

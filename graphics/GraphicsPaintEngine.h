@@ -65,6 +65,9 @@ public:
     // `letterSpacing` pixels between glyphs, on the baseline at `origin`.
     void drawTextDirect(const QPointF& origin, const QFont& font, const QString& text, float letterSpacing,
                         const QColor& color);
+    // Rectangles under translate and scale only: other transforms place the
+    // slice in the rectangle's bounds.
+    void drawImageSlice(const QRect& target, const ImageSlice& slice, QFlags<ImageSlice::Slice> parts);
     void drawDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list, const QRect& target,
                          const QRect& source, bool blend);
     // Through the engine behind `painter`; false when it is not this kind of engine.
@@ -98,6 +101,7 @@ public:
     static constexpr Type kType = Type(User + 7);
 
 private:
+    void syncPainterState();
     void setTransform(const QTransform& transform);
     void setCompositionMode(QPainter::CompositionMode mode);
     void updateClip(const QPaintEngineState& state);

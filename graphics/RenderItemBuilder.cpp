@@ -243,6 +243,37 @@ void RenderItemBuilder::drawGlyphRun(const GlyphRun& run, const QVector<QPointF>
     }
 }
 
+void RenderItemBuilder::drawImageSlice(const QRect& target, const Shape& clip, const ImageSlice& slice,
+                                       QFlags<ImageSlice::Slice> parts)
+{
+    if (slice.isNull() || target.isEmpty())
+        return;
+    QRegion visible(target);
+    if (mHasClip)
+        visible &= mClip;
+    for (const QPolygonF& polygon : clip.polygons())
+        visible &= QRegion(polygon.toPolygon());
+    Geometry* head = nullptr;
+    Geometry* tail = nullptr;
+    for (int bit = ImageSlice::TopLeft; bit <= ImageSlice::BottomRight; bit <<= 1) {
+        const auto part = ImageSlice::Slice(bit);
+        const QRect area = slice.target(part, target);
+        const QRegion shown = visible & area;
+        if (!parts.testFlag(part) || shown.isEmpty())
+            continue;
+        auto* g = new Geometry(Geometry::kTextureRects);
+        g->setRegion(shown);
+        g->setTextureMapping(area, insetsOf(slice.source(part), slice.size()));
+        if (tail)
+            tail->setNext(g);
+        else
+            head = g;
+        tail = g;
+    }
+    if (head)
+        appendGeometry(new TextureShaderUsage(slice.texture(), slice.hasAlpha()), head);
+}
+
 void RenderItemBuilder::drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader)
 {
     if (!usage || !geometry) {

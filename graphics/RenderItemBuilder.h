@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CustomShaderKey.h"
+#include "ImageSlice.h"
 #include "Shape.h"
 #include "TexCoordInsets.h"
 #include "TextureKey.h"
@@ -85,6 +86,11 @@ public:
     // Each glyph at its own baseline position (device pixels).
     void drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions, const QColor& color,
                       const QRect& clip = QRect());
+
+    // The chosen parts of a nine-patch in `target` (device pixels), cut to
+    // `clip` as well when the shape is not empty.
+    void drawImageSlice(const QRect& target, const Shape& clip, const ImageSlice& slice,
+                        QFlags<ImageSlice::Slice> parts);
 
     // Takes ownership of both.
     void drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader);
