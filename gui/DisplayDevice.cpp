@@ -483,11 +483,6 @@ void DisplayDevice::clearTouchFocus()
     setTouchFocus(nullptr);
 }
 
-DisplayView* DisplayDevice::viewAtPoint(QPoint point)
-{
-    return DisplayView::viewAtPoint(point);
-}
-
 bool DisplayDevice::shouldShowTapAnimation(QPoint point)
 {
     return QRect(QPoint(), getSize()).contains(point);

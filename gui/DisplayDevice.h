@@ -130,7 +130,6 @@ public:
     void clearTouchFocus();
     DisplayView* touchFocus() const { return mTouchFocus; }
 
-    DisplayView* viewAtPoint(QPoint point) override;
     void doKeyPress(QKeyEvent* event) override;
     void doKeyRelease(QKeyEvent* event) override;
     void doWheel(QWheelEvent* event);

@@ -48,6 +48,7 @@ DisplayView::~DisplayView()
         parent->childRemoved(this);
     }
     clearValueSource();
+    mStyle.unregisterListener(this);
     while (!mChildren.isEmpty())
         delete mChildren.last();
     if (ext().mOwnsLayoutAction)
@@ -973,4 +974,3 @@ void DisplayView::childAdded(DisplayView*) {}
 void DisplayView::childRemoved(DisplayView*) {}
 void DisplayView::childOrderChanged(DisplayView*) {}
 void DisplayView::childrenCleared() {}
-void DisplayView::restyled() {}

@@ -4,6 +4,7 @@
 #include "InterpolatedValue.h"
 #include "Padding.h"
 #include "SkinColor.h"
+#include "Style.h"
 #include "ViewBuffer.h"
 
 #include <QMatrix4x4>
@@ -105,6 +106,9 @@ public:
     ~DisplayView() override;
 
     // Virtual operations, in slot order.
+    // Copies the style's properties to the view; a padding or margin list of an
+    // invalid count is reported and ignored.
+    virtual void setStyle(const Style& style);
     virtual QRectF boundingRect(float margin);
     virtual float childViewBrightness(DisplayView* child);
     virtual void setCanHaveKeyFocus(bool can, bool recursive);
@@ -163,7 +167,6 @@ public:
     virtual void place();
     virtual void layoutImplChanged();
     virtual void doLayout();
-    virtual void restyled();
 
     // Tree.
     void changeParent(DisplayView* parent);
@@ -372,6 +375,7 @@ public:
     // Diagnostics.
     QString viewPath();
     void setViewName(QString name);
+    const Style& style() const;
 
     static const QMatrix4x4 sIdentityMatrix;
     // Layout work of the running process, for the frame statistics.
@@ -395,6 +399,8 @@ signals:
     void visibleFlagChanged(DisplayView* view);
 
 public slots:
+    // Called by the style when its text or a named style it uses changes.
+    virtual void restyled();
     void sourceValueChanged(DataValue* value);
     void sourceValueChanged(StringDataValue* value);
 
@@ -477,6 +483,7 @@ private:
     std::unique_ptr<LayoutImpl> mLayoutImpl;
 
     QString mViewName;
+    Style mStyle;
 
     // What few views use lives apart, so that a plain view stays small.
     struct Extras;

@@ -1,0 +1,92 @@
+// DisplayView: taking properties from a style.
+#include "DisplayView.h"
+#include "DisplayViewExtras.h"
+#include "Logger.h"
+#include "Style.h"
+
+static const char* const kLogSource = "../../../gui/DisplayView";
+
+namespace {
+// Flex paddings and margins: all sides, vertical and horizontal, the four physical
+// edges, or all six edges.
+bool isValidEdgeCount(int count)
+{
+    return count == 1 || count == 2 || count == 4 || count == 6;
+}
+} // namespace
+
+const Style& DisplayView::style() const
+{
+    return mStyle;
+}
+
+void DisplayView::setStyle(const Style& style)
+{
+    if (style != mStyle) {
+        mStyle.unregisterListener(this);
+        mStyle = style;
+        mStyle.registerListener(this);
+    }
+    if (style.isNull())
+        return;
+
+    int number = 0;
+    double real = 0;
+    bool flag = false;
+    QString text;
+    if (!usesCssLayout()) {
+        // Laid-out views take their geometry from the layout pass instead.
+        if (style.intValue(Style::Width, number))
+            setWidth(number);
+        if (style.intValue(Style::Height, number))
+            setHeight(number);
+        if (style.intValue(Style::X, number))
+            moveLeft(number);
+        if (style.intValue(Style::Y, number))
+            moveTop(number);
+        if (mParentView && style.intValue(Style::Right, number))
+            moveRight(mParentView->width() - number);
+        if (mParentView && style.intValue(Style::Bottom, number))
+            moveBottom(mParentView->height() - number);
+    }
+    if (style.doubleValue(Style::Alpha, real))
+        setAlpha(float(real));
+    if (style.stringValue(Style::BackgroundColor, text))
+        setBackgroundColor(SkinColor(QColor(text)), ext().mBackgroundOpacity);
+    if (style.stringValue(Style::BackgroundImage, text))
+        setBackground(text.toUtf8().constData());
+    if (style.isDefined(Style::TouchPadding))
+        setTouchPadding(style.padding(Style::TouchPadding));
+    if (style.isDefined(Style::ShadowPadding))
+        setShadowPadding(style.padding(Style::ShadowPadding));
+    if (style.isDefined(Style::LayoutMargin))
+        setLayoutMargin(style.padding(Style::LayoutMargin));
+    if (style.boolValue(Style::TouchEnabled, flag))
+        setTouchBehavior(IgnoreTouches, !flag);
+
+    // The flex edges themselves are read from the style by the layout binding.
+    if (style.isDefined(Style::Padding)) {
+        const int count = style.doubleListValue(Style::Padding).size();
+        if (!isValidEdgeCount(count))
+            ORBIS_FAIL(QStringLiteral("Invalid padding count: %1").arg(count));
+    }
+    if (style.isDefined(Style::Margin)) {
+        const int count = style.doubleListValue(Style::Margin).size();
+        if (!isValidEdgeCount(count))
+            ORBIS_FAIL(QStringLiteral("Invalid margin count: %1").arg(count));
+    }
+    layoutPropertyChanged(StyleProperty);
+
+    if (style.boolValue(Style::ApplyToChildren, flag) && flag) {
+        const DisplayViewList::List children = mChildren.list();
+        for (DisplayView* child : children)
+            child->setStyle(style);
+    }
+}
+
+void DisplayView::restyled()
+{
+    // The style's text or a named style it uses changed: take everything again.
+    const Style current = mStyle;
+    setStyle(current);
+}
