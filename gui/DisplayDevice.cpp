@@ -514,6 +514,8 @@ void DisplayDevice::removeReferences(DisplayView* view)
                      mPopupList.end());
     if (mPopupBackdrop == view)
         mPopupBackdrop = nullptr;
+    if (mGfxMemoryLabel == view)
+        mGfxMemoryLabel = nullptr;
 }
 
 void DisplayDevice::deleteView(DisplayView* view)

@@ -100,6 +100,8 @@ public:
     QString dumpStats();
     void resetStats();
     const FrameStats& frameStats() const { return mStats; }
+    // Bytes held by layer framebuffers, and how many there are.
+    qint64 layerMemory(int* count);
 
     // Writes the next frame (or a part of it, in logical pixels) to an image file
     // on the global thread pool.
@@ -199,6 +201,8 @@ private:
     void showOverdraw(const QRegion& region);
     void drawDirtyRects(const QRegion& region);
     void captureScreenshot();
+    // Shows or removes the GL memory line as "ui/show_gfx_memory_usage" says.
+    void updateGfxMemoryLabel();
     // The view's coordinates to the screen's (logical pixels).
     QMatrix4x4 screenMatrix(DisplayView* view) const;
 
@@ -226,6 +230,7 @@ private:
 
     QList<PopupView*> mPopupList;
     DisplayView* mPopupBackdrop = nullptr;
+    DisplayView* mGfxMemoryLabel = nullptr;
     QRect mDisclosureArea;
     DisplayDeviceWidget* mWidget = nullptr;
     TouchDevice* mTouchDevice = nullptr;

@@ -4,6 +4,7 @@
 
 #include "DisplayDeviceWidget.h"
 #include "DisplayViewEffect.h"
+#include "GfxMemoryLabel.h"
 #include "Graphics.h"
 #include "ScreenshotProcessor.h"
 #include "ViewBufferManager.h"
@@ -32,6 +33,7 @@ static ConfigBoolValue gContentRasterization("ui/gfx_content_rasterization", fal
 static ConfigBoolValue gQtPaintEngine("ui/qt_paint_engine", false);
 static ConfigBoolValue gClearRandom("ui/gl_clear_random", false);
 static ConfigBoolValue gTextureCacheLogging("ui/gfx_texture_cache_logging", false);
+static ConfigBoolValue gShowGfxMemoryUsage("ui/show_gfx_memory_usage", false);
 static ConfigBoolValue gShowOverdraw("ui/gl_show_overdraw", false);
 static ConfigBoolValue gLogDirtyArea("ui/log_dirty_area", false);
 static ConfigIntValue gFrameRateErrorLevel("ui/frame_rate_error_level", 15);
@@ -119,6 +121,7 @@ void DisplayDevice::finishFrame()
     }
     ++mSecondTicks;
     if (mSecondTimer.elapsed() >= 1000) {
+        updateGfxMemoryLabel();
         dispatchTick1s(this);
         measureTick1sRate();
         mSecondTimer.restart();
@@ -457,6 +460,36 @@ void DisplayDevice::drawDirtyRects(const QRegion& region)
 }
 
 // Statistics
+
+qint64 DisplayDevice::layerMemory(int* count)
+{
+    qint64 bytes = 0;
+    int layers = 0;
+    QList<DisplayView*> pending{this};
+    while (!pending.isEmpty()) {
+        DisplayView* view = pending.takeLast();
+        if (view->mLayer && view->mLayer->framebuffer()) {
+            const QSize size = view->mLayer->framebuffer()->size();
+            bytes += qint64(size.width()) * size.height() * 4;
+            ++layers;
+        }
+        for (DisplayView* child : view->children().list())
+            pending.append(child);
+    }
+    if (count)
+        *count = layers;
+    return bytes;
+}
+
+void DisplayDevice::updateGfxMemoryLabel()
+{
+    if (gShowGfxMemoryUsage.value() && !mGfxMemoryLabel) {
+        mGfxMemoryLabel = new GfxMemoryLabel(mOverlays, this);
+    } else if (!gShowGfxMemoryUsage.value() && mGfxMemoryLabel) {
+        delete mGfxMemoryLabel;
+        mGfxMemoryLabel = nullptr;
+    }
+}
 
 void DisplayDevice::measureFrameRate()
 {

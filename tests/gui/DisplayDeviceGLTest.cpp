@@ -77,6 +77,16 @@ protected:
         return QImage(path);
     }
 
+    template <typename View = ColorView>
+    View* add(DisplayView* parent, const char* name, QColor color, const QRect& rect, bool layer = false)
+    {
+        auto* view = new View(parent, name, color);
+        view->moveTo(rect.x(), rect.y());
+        view->resizeTo(rect.width(), rect.height());
+        view->setUseLayer(layer);
+        return view;
+    }
+
     static QRgb at(const QImage& image, int x, int y) { return image.pixel(x, y) | 0xff000000; }
 
     QTemporaryDir mDir;
@@ -88,13 +98,8 @@ TEST_F(DisplayDeviceGLTest, OneTickRendersDirtyViewsIntoTheirLayersAndOntoTheWin
 {
     DisplayDevice& device = open();
     ASSERT_TRUE(device.hasWindow());
-    auto* plain = new ColorView(device.views(), "plain", Qt::red);
-    plain->moveTo(4, 4);
-    plain->resizeTo(10, 10);
-    auto* layered = new ColorView(device.views(), "layered", Qt::green);
-    layered->moveTo(30, 20);
-    layered->resizeTo(20, 10);
-    layered->setUseLayer(true);
+    auto* plain = add(device.views(), "plain", Qt::red, QRect(4, 4, 10, 10));
+    auto* layered = add(device.views(), "layered", Qt::green, QRect(30, 20, 20, 10), true);
 
     const QImage image = frame();
     ASSERT_EQ(image.size(), QSize(64, 48));
@@ -112,16 +117,16 @@ TEST_F(DisplayDeviceGLTest, OneTickRendersDirtyViewsIntoTheirLayersAndOntoTheWin
     const QImage root = device.layer()->framebuffer()->toImage();
     EXPECT_EQ(qAlpha(root.pixel(35, 25)), 0);
     EXPECT_EQ(root.pixel(5, 5), qRgba(255, 0, 0, 255));
+    int layers = 0;
+    EXPECT_EQ(device.layerMemory(&layers), (64 * 48 + 20 * 10) * 4);
+    EXPECT_EQ(layers, 2);
 }
 
 TEST_F(DisplayDeviceGLTest, OnlyDirtyRectanglesAreRenderedAndComposited)
 {
     DisplayDevice& device = open();
-    auto* first = new ColorView(device.views(), "first", Qt::red);
-    first->resizeTo(8, 8);
-    auto* second = new ColorView(device.views(), "second", Qt::red);
-    second->moveTo(20, 20);
-    second->resizeTo(8, 6);
+    auto* first = add(device.views(), "first", Qt::red, QRect(0, 0, 8, 8));
+    auto* second = add(device.views(), "second", Qt::red, QRect(20, 20, 8, 6));
     device.doTick();
     const DisplayDevice::FrameStats before = device.frameStats();
 
@@ -148,8 +153,7 @@ TEST_F(DisplayDeviceGLTest, OnlyDirtyRectanglesAreRenderedAndComposited)
 TEST_F(DisplayDeviceGLTest, AnIdleFrameReachesNoDriver)
 {
     DisplayDevice& device = open();
-    auto* view = new ColorView(device.views(), "view", Qt::red);
-    view->resizeTo(10, 10);
+    auto* view = add(device.views(), "view", Qt::red, QRect(0, 0, 10, 10));
     device.doTick();
     const int drawn = device.frameStats().drawnFrames;
     {
@@ -172,9 +176,7 @@ TEST_F(DisplayDeviceGLTest, WindowScaleDoublesPixelsAndPadsRevealsToWholeOnes)
     DisplayDevice::windowScale = 2.0;
     DisplayDevice& device = open(32, 24);
     EXPECT_EQ(device.widget()->size(), QSize(64, 48));
-    auto* view = new ColorView(device.views(), "view", Qt::green);
-    view->moveTo(5, 5);
-    view->resizeTo(6, 6);
+    auto* view = add(device.views(), "view", Qt::green, QRect(5, 5, 6, 6));
     device.doTick();
     const qint64 composited = device.frameStats().compositedPixels;
     view->update();
@@ -195,8 +197,7 @@ TEST_F(DisplayDeviceGLTest, RotationTurnsTheWindow)
     DisplayDevice::rotateOrientation = 90;
     DisplayDevice& device = open(64, 48);
     EXPECT_EQ(device.widget()->size(), QSize(48, 64));
-    auto* corner = new ColorView(device.views(), "corner", Qt::red);
-    corner->resizeTo(4, 4);
+    auto* corner = add(device.views(), "corner", Qt::red, QRect(0, 0, 4, 4));
     // A quarter turn clockwise takes the top-left corner to the top right.
     const QImage image = frame();
     EXPECT_EQ(at(image, 46, 1), kRed);
@@ -206,21 +207,14 @@ TEST_F(DisplayDeviceGLTest, RotationTurnsTheWindow)
 TEST_F(DisplayDeviceGLTest, LayersAreCompositedWithTheirOpacityAndTransformOnce)
 {
     DisplayDevice& device = open();
-    auto* faded = new ColorView(device.views(), "faded", Qt::white);
-    faded->resizeTo(10, 10);
-    faded->setUseLayer(true);
+    auto* faded = add(device.views(), "faded", Qt::white, QRect(0, 0, 10, 10), true);
     faded->setAlpha(0.5f);
     auto* container = new DisplayView(device.views(), "container");
     container->moveTo(20, 0);
     container->resizeTo(40, 40);
     container->setAlpha(0.5f);
-    auto* nested = new ColorView(container, "nested", Qt::white);
-    nested->resizeTo(10, 10);
-    nested->setUseLayer(true);
-    auto* scaled = new ColorView(device.views(), "scaled", Qt::green);
-    scaled->moveTo(0, 30);
-    scaled->resizeTo(8, 8);
-    scaled->setUseLayer(true);
+    auto* nested = add(container, "nested", Qt::white, QRect(0, 0, 10, 10), true);
+    auto* scaled = add(device.views(), "scaled", Qt::green, QRect(0, 30, 8, 8), true);
     scaled->setScale(2.0f, QPointF(0, 0));
 
     const QImage image = frame();
@@ -233,15 +227,9 @@ TEST_F(DisplayDeviceGLTest, LayersAreCompositedWithTheirOpacityAndTransformOnce)
 TEST_F(DisplayDeviceGLTest, NestedLayersAreCompositedIntoTheirParentLayer)
 {
     DisplayDevice& device = open();
-    auto* parent = new ColorView(device.views(), "parent", Qt::blue);
-    parent->moveTo(10, 10);
-    parent->resizeTo(30, 30);
-    parent->setUseLayer(true);
+    auto* parent = add(device.views(), "parent", Qt::blue, QRect(10, 10, 30, 30), true);
     parent->setCompositeNestedLayers(true);
-    auto* child = new ColorView(parent, "child", Qt::red);
-    child->moveTo(5, 5);
-    child->resizeTo(10, 10);
-    child->setUseLayer(true);
+    auto* child = add(parent, "child", Qt::red, QRect(5, 5, 10, 10), true);
 
     QImage image = frame();
     EXPECT_EQ(at(image, 16, 16), kRed);
@@ -261,9 +249,7 @@ TEST_F(DisplayDeviceGLTest, OversizedLayersAreRefused)
 {
     ScopedConfigOverride limit("ui/max_single_layer_area", 100);
     DisplayDevice& device = open();
-    auto* big = new ColorView(device.views(), "big", Qt::red);
-    big->resizeTo(20, 20);
-    big->setUseLayer(true);
+    auto* big = add(device.views(), "big", Qt::red, QRect(0, 0, 20, 20), true);
     LogCapture log;
     device.doTick();
     const QString message = QStringLiteral(
@@ -275,15 +261,9 @@ TEST_F(DisplayDeviceGLTest, OversizedLayersAreRefused)
 TEST_F(DisplayDeviceGLTest, EveryPaintRouteDrawsTheSameFrame)
 {
     DisplayDevice& device = open();
-    auto* back = new ColorView(device.views(), "back", QColor(30, 60, 90));
-    back->resizeTo(64, 48);
-    auto* half = new ColorView(device.views(), "half", QColor(255, 0, 0, 128));
-    half->moveTo(8, 8);
-    half->resizeTo(20, 20);
-    auto* layered = new ColorView(device.views(), "layered", Qt::green);
-    layered->moveTo(34, 10);
-    layered->resizeTo(20, 20);
-    layered->setUseLayer(true);
+    auto* back = add(device.views(), "back", QColor(30, 60, 90), QRect(0, 0, 64, 48));
+    auto* half = add(device.views(), "half", QColor(255, 0, 0, 128), QRect(8, 8, 20, 20));
+    auto* layered = add(device.views(), "layered", Qt::green, QRect(34, 10, 20, 20), true);
     layered->setLayerBackingType(ViewBuffer::OpaqueBacking);
     const QImage framework = frame();
     const auto sameAs = [&](const QImage& image) {
@@ -308,9 +288,7 @@ TEST_F(DisplayDeviceGLTest, EveryPaintRouteDrawsTheSameFrame)
 TEST_F(DisplayDeviceGLTest, ScreenshotsOfAPartAreCutFromTheFrame)
 {
     DisplayDevice& device = open();
-    auto* view = new ColorView(device.views(), "view", Qt::red);
-    view->moveTo(10, 10);
-    view->resizeTo(4, 4);
+    auto* view = add(device.views(), "view", Qt::red, QRect(10, 10, 4, 4));
     const QString path = mDir.filePath(QStringLiteral("part.png"));
     device.screenshot(8, 8, 8, 8, path);
     device.doTick();
@@ -331,9 +309,7 @@ TEST_F(DisplayDeviceGLTest, AnXPointerPressShowsInTheFrameOfTheTickThatProcesses
     if (xdotool.isEmpty())
         GTEST_SKIP() << "xdotool is not installed";
     DisplayDevice& device = open();
-    auto* button = new TouchColorView(device.views(), "button", Qt::red);
-    button->moveTo(20, 10);
-    button->resizeTo(20, 20);
+    auto* button = add<TouchColorView>(device.views(), "button", Qt::red, QRect(20, 10, 20, 20));
     device.doTick();
     PressWatcher watcher;
     device.widget()->installEventFilter(&watcher);

@@ -1,4 +1,5 @@
 #include "DisplayDevice.h"
+#include "GfxMemoryLabel.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "ScopedConfigOverride.h"
@@ -93,6 +94,31 @@ TEST(DisplayDeviceTest, WithoutAWindowAFrameDropsTheDirtyState)
     EXPECT_FALSE(device.frameNeeded());
     EXPECT_TRUE(device.compositeRegion().isEmpty());
     EXPECT_EQ(device.frameStats().drawnFrames, 0);
+}
+
+TEST(DisplayDeviceTest, TheGfxMemoryLineFollowsItsSettingOnceASecond)
+{
+    ManualClock clock;
+    DisplayDevice device(300, 100);
+    device.timer()->stop();
+    const auto line = [&]() -> GfxMemoryLabel* {
+        const DisplayViewList::List overlays = device.overlays()->children().list();
+        return overlays.isEmpty() ? nullptr : qobject_cast<GfxMemoryLabel*>(overlays.first());
+    };
+    ScopedConfigOverride show("ui/show_gfx_memory_usage", true);
+    device.doTick();
+    EXPECT_EQ(line(), nullptr);
+    clock.advanceMs(1000);
+    device.doTick();
+    ASSERT_NE(line(), nullptr);
+    EXPECT_EQ(line()->text(), QStringLiteral("GL memory: textures 0.0 MB in 0, layers 0.0 MB in 0"));
+    EXPECT_EQ(line()->width(), 300);
+    {
+        ScopedConfigOverride hide("ui/show_gfx_memory_usage", false);
+        clock.advanceMs(1000);
+        device.doTick();
+        EXPECT_EQ(line(), nullptr);
+    }
 }
 
 } // namespace
