@@ -6,6 +6,8 @@
 #include "support/GLTestContext.h"
 #include "support/ScopedGLRecorder.h"
 
+#include <TextureCache.h>
+
 #include <QGLFramebufferObject>
 #include <QMouseEvent>
 #include <QProcess>
@@ -32,6 +34,22 @@ public:
         color = Qt::green;
         update();
     }
+};
+
+// Draws a picture it has never drawn before, every time.
+class FreshPictureView : public DisplayView
+{
+public:
+    using DisplayView::DisplayView;
+    void draw(QPainter& painter) override
+    {
+        QImage picture(1024, 1024, QImage::Format_ARGB32_Premultiplied);
+        picture.fill(QColor(++mDraws % 256, 0, 0));
+        painter.drawImage(QRect(0, 0, width(), height()), picture);
+    }
+
+private:
+    int mDraws = 0;
 };
 
 // Notes that the window received a button press (and lets it through).
@@ -283,6 +301,32 @@ TEST_F(DisplayDeviceGLTest, EveryPaintRouteDrawsTheSameFrame)
     layered->setLayerBackingType(ViewBuffer::QtPaintEngineBacking);
     layered->update();
     EXPECT_TRUE(sameAs(frame()));
+}
+
+TEST_F(DisplayDeviceGLTest, AFullTextureCacheThatKeepsDroppingTexturesIsReported)
+{
+    DisplayDevice& device = open();
+    auto* view = new FreshPictureView(device.views(), "fresh");
+    view->resizeTo(32, 32);
+    gfx::TextureCache* cache = gfx::TextureCache::instance();
+    cache->setMaxSizeMb(24);
+    const QString warning =
+        QStringLiteral("TextureCache is maxed out and thrashing.  UI Performance Limited.");
+    LogCapture log;
+    // 4 MB a frame: filling the budget alone is no thrashing.
+    for (int frame = 0; frame < 5; ++frame) {
+        view->update();
+        device.doTick();
+    }
+    EXPECT_EQ(log.count(warning), 0);
+    for (int frame = 0; frame < 4; ++frame) {
+        view->update();
+        device.doTick();
+    }
+    EXPECT_GE(log.count(warning), 2);
+    device.makeCurrent();
+    cache->clear();
+    cache->destroyExpiredTextures();
 }
 
 TEST_F(DisplayDeviceGLTest, ScreenshotsOfAPartAreCutFromTheFrame)
