@@ -75,6 +75,18 @@ int GlyphCache::face(const QString& fileName, int index)
 
 int GlyphCache::face(const QRawFont& font)
 {
+    // Matching asks the font configuration every time: remember its answers.
+    const QString name = font.familyName() + QLatin1Char('|') + font.styleName();
+    auto known = mMatchedFaces.constFind(name);
+    if (known != mMatchedFaces.constEnd())
+        return *known;
+    const int id = match(font);
+    mMatchedFaces.insert(name, id);
+    return id;
+}
+
+int GlyphCache::match(const QRawFont& font)
+{
     FcPattern* pattern = FcPatternCreate();
     const QByteArray family = font.familyName().toUtf8();
     const QByteArray style = font.styleName().toUtf8();

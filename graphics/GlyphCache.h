@@ -78,6 +78,7 @@ private:
         QVector<quint64> glyphs;
     };
 
+    int match(const QRawFont& font);
     bool setSize(int face, int pixelSize);
     bool place(const QSize& size, Page& page, QPoint& at) const;
     int pageFor(const QSize& size, QPoint& at);
@@ -87,6 +88,7 @@ private:
     QVector<void*> mFaces;
     QVector<int> mFaceSizes;
     QHash<QString, int> mFaceIds;
+    QHash<QString, int> mMatchedFaces;
     QHash<quint64, Glyph> mGlyphs;
     QVector<Page> mPages;
     quint64 mFrame = 1;
