@@ -50,6 +50,18 @@ public:
         GLStateManager::instance()->clearToInvalid();
     }
     void finish() { mContext.functions()->glFinish(); }
+    // The context made current with its framebuffer, or nullptr with the run skipped.
+    static PaintContext* start(benchmark::State& state)
+    {
+        PaintContext* context = get();
+        if (!context) {
+            state.SkipWithError("no GL context");
+            return nullptr;
+        }
+        context->begin();
+        GLDrawCounter::reset();
+        return context;
+    }
 
 private:
     PaintContext()
@@ -136,14 +148,10 @@ void report(benchmark::State& state)
 
 void BM_PaintSceneEngine(benchmark::State& state)
 {
-    PaintContext* context = PaintContext::get();
-    if (!context) {
-        state.SkipWithError("no GL context");
+    PaintContext* context = PaintContext::start(state);
+    if (!context)
         return;
-    }
-    context->begin();
     const Scene scene;
-    GLDrawCounter::reset();
     for (auto _ : state) {
         GraphicsPaintDevice device(kScreen);
         {
@@ -162,14 +170,10 @@ BENCHMARK(BM_PaintSceneEngine)->Unit(benchmark::kMillisecond);
 
 void BM_PaintSceneQtOpenGL(benchmark::State& state)
 {
-    PaintContext* context = PaintContext::get();
-    if (!context) {
-        state.SkipWithError("no GL context");
+    PaintContext* context = PaintContext::start(state);
+    if (!context)
         return;
-    }
-    context->begin();
     const Scene scene;
-    GLDrawCounter::reset();
     for (auto _ : state) {
         QOpenGLPaintDevice device(kScreen);
         {
@@ -186,15 +190,11 @@ BENCHMARK(BM_PaintSceneQtOpenGL)->Unit(benchmark::kMillisecond);
 
 void BM_PaintSceneRasterUpload(benchmark::State& state)
 {
-    PaintContext* context = PaintContext::get();
-    if (!context) {
-        state.SkipWithError("no GL context");
+    PaintContext* context = PaintContext::start(state);
+    if (!context)
         return;
-    }
-    context->begin();
     const Scene scene;
     QImage image(kScreen, QImage::Format_ARGB32_Premultiplied);
-    GLDrawCounter::reset();
     for (auto _ : state) {
         {
             QPainter painter(&image);

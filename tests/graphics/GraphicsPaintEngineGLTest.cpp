@@ -36,11 +36,7 @@ protected:
     ::testing::AssertionResult matches(const PaintComparison::Painting& paint, int allowedPixels = 0,
                                        QRgb background = qRgba(20, 40, 60, 255))
     {
-        const PaintComparison::Difference d = PaintComparison(mGL, background).compare(paint, kTolerance);
-        if (d.pixels <= allowedPixels)
-            return ::testing::AssertionSuccess();
-        return ::testing::AssertionFailure() << d.pixels << " pixels differ, worst by " << d.worst << " at "
-                                             << d.worstAt.x() << "," << d.worstAt.y();
+        return PaintComparison(mGL, background).matches(paint, kTolerance, allowedPixels);
     }
 
     GLTestContext mGL{QSize(96, 96)};

@@ -23,12 +23,7 @@ protected:
 
     ::testing::AssertionResult matches(const PaintComparison::Painting& paint, int allowedPixels)
     {
-        const PaintComparison::Difference d =
-            PaintComparison(mGL, qRgba(10, 20, 30, 255)).compare(paint, kTolerance);
-        if (d.pixels <= allowedPixels)
-            return ::testing::AssertionSuccess();
-        return ::testing::AssertionFailure() << d.pixels << " pixels differ, worst by " << d.worst << " at "
-                                             << d.worstAt.x() << "," << d.worstAt.y();
+        return PaintComparison(mGL, qRgba(10, 20, 30, 255)).matches(paint, kTolerance, allowedPixels);
     }
 
     GLTestContext mGL{QSize(120, 120)};

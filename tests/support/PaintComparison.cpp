@@ -40,6 +40,16 @@ PaintComparison::Difference PaintComparison::compare(const Painting& paint, int 
     return difference(engine(paint), raster(paint), tolerance);
 }
 
+::testing::AssertionResult PaintComparison::matches(const Painting& paint, int tolerance,
+                                                    int allowedPixels) const
+{
+    const Difference d = compare(paint, tolerance);
+    if (d.pixels <= allowedPixels)
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << d.pixels << " pixels differ, worst by " << d.worst << " at "
+                                         << d.worstAt.x() << "," << d.worstAt.y();
+}
+
 PaintComparison::Difference PaintComparison::difference(const QImage& a, const QImage& b, int tolerance)
 {
     Difference result;

@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QRgb>
 #include <functional>
+#include <gtest/gtest.h>
 
 class GLTestContext;
 class QPainter;
@@ -29,6 +30,8 @@ public:
     QImage engine(const Painting& paint) const;
     QImage raster(const Painting& paint) const;
     Difference compare(const Painting& paint, int tolerance) const;
+    // Success when no more than `allowedPixels` differ by more than `tolerance`.
+    ::testing::AssertionResult matches(const Painting& paint, int tolerance, int allowedPixels) const;
     static Difference difference(const QImage& a, const QImage& b, int tolerance);
 
 private:
