@@ -33,6 +33,15 @@ public:
         kLineStrip = 7,
     };
 
+    // How a line is widened into an area.
+    struct StrokeProps
+    {
+        float width = 1;
+        Qt::PenJoinStyle join = Qt::MiterJoin;
+        Qt::PenCapStyle cap = Qt::FlatCap;
+        float miterLimit = 2;
+    };
+
     explicit Geometry(Mode mode);
     ~Geometry();
     Geometry(const Geometry&) = delete;

@@ -2,6 +2,7 @@
 
 #include "DisplayList.h"
 #include "GlyphRun.h"
+#include "LineShaderUsage.h"
 #include "TextureCache.h"
 
 #include <Logger.h>
@@ -255,6 +256,30 @@ void GraphicsPaintEngine::drawEllipse(const QRectF&)
 void GraphicsPaintEngine::drawEllipse(const QRect&)
 {
     unsupported(Q_FUNC_INFO);
+}
+
+void GraphicsPaintEngine::drawPath(const QPainterPath& path)
+{
+    if (path.isEmpty())
+        return;
+    if (mBrush.style() != Qt::NoBrush)
+        mBuilder.fillPath(mTransform.map(path), mBrush.color());
+    switch (mPen.style()) {
+    case Qt::NoPen:
+        return;
+    case Qt::SolidLine: {
+        // Widened before the transform, so that the pen scales with the path.
+        QPainterPathStroker stroker;
+        stroker.setWidth(mPen.widthF() > 0 ? mPen.widthF() : 1);
+        stroker.setJoinStyle(mPen.joinStyle());
+        stroker.setCapStyle(mPen.capStyle());
+        stroker.setMiterLimit(mPen.miterLimit());
+        mBuilder.fillOutline(mTransform.map(stroker.createStroke(path)), new LineShaderUsage(mPen.color()));
+        return;
+    }
+    default:
+        ORBIS_FAIL(QStringLiteral("Unsupported pen style: %1").arg(int(mPen.style())));
+    }
 }
 
 void GraphicsPaintEngine::drawPoints(const QPoint*, int) {}

@@ -49,6 +49,8 @@ public:
     void drawLines(const QLineF* lines, int count) override;
     void drawEllipse(const QRectF& rect) override;
     void drawEllipse(const QRect& rect) override;
+    // Fills with the brush and strokes with the pen; solid pens only.
+    void drawPath(const QPainterPath& path) override;
     void drawPoints(const QPoint* points, int count) override;
     void drawPolygon(const QPointF* points, int count, PolygonDrawMode mode) override;
     void drawPolygon(const QPoint* points, int count, PolygonDrawMode mode) override;

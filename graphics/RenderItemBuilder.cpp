@@ -9,8 +9,11 @@
 #include "GeometryRenderItem.h"
 #include "GlyphQuads.h"
 #include "GlyphRun.h"
+#include "GraphicsPathProcessor.h"
+#include "LineShaderUsage.h"
 #include "MaskTextureShaderUsage.h"
 #include "MultiTextureShaderUsage.h"
+#include "PathTessellator.h"
 #include "TextShaderUsage.h"
 #include "TextureCache.h"
 #include "TextureShaderUsage.h"
@@ -272,6 +275,92 @@ void RenderItemBuilder::drawImageSlice(const QRect& target, const Shape& clip, c
     }
     if (head)
         appendGeometry(new TextureShaderUsage(slice.texture(), slice.hasAlpha()), head);
+}
+
+void RenderItemBuilder::fillPath(const QPainterPath& path, const QColor& color)
+{
+    fillOutline(path, new ColorShaderUsage(color));
+}
+
+void RenderItemBuilder::fillOutline(const QPainterPath& outline, ShaderUsage* usage)
+{
+    QPainterPath area = outline;
+    if (mHasClip) {
+        QPainterPath clip;
+        clip.addRegion(mClip);
+        area = area.intersected(clip);
+    }
+    GraphicsPathProcessor processor;
+    if (area.isEmpty() || !processor.process(area)) {
+        delete usage;
+        return;
+    }
+    const auto rule =
+        area.fillRule() == Qt::OddEvenFill ? PathTessellator::kOddEven : PathTessellator::kWinding;
+    QVector<Vertex> triangles = PathTessellator::fill(processor.polylines(), rule);
+    if (triangles.isEmpty()) {
+        delete usage;
+        return;
+    }
+    const TextureKey texture = usage->textures().value(0);
+    const QSize size = texture.size();
+    if (!size.isEmpty()) {
+        for (Vertex& v : triangles) {
+            v.u = v.x / size.width();
+            v.v = v.y / size.height();
+        }
+    }
+    auto* g = new Geometry(Geometry::kTriangles);
+    g->vertices() = triangles;
+    g->setRect(area.boundingRect().toAlignedRect());
+    appendGeometry(usage, g);
+}
+
+void RenderItemBuilder::stroke(const QVector<QVector2D>& points, const Geometry::StrokeProps& props,
+                               const QColor& color, const CustomShaderKey& shader)
+{
+    if (points.size() < 2)
+        return;
+    QPainterPath line(points.first().toPointF());
+    for (int i = 1; i < points.size(); ++i)
+        line.lineTo(points[i].toPointF());
+    QPainterPathStroker stroker;
+    stroker.setWidth(props.width);
+    stroker.setJoinStyle(props.join);
+    stroker.setCapStyle(props.cap);
+    stroker.setMiterLimit(props.miterLimit);
+    auto* usage = new LineShaderUsage(color);
+    usage->setCustomShader(shader);
+    fillOutline(stroker.createStroke(line), usage);
+}
+
+void RenderItemBuilder::drawLines(const QVector<QVector<QVector2D>>& lines, float width, const QColor& color,
+                                  const TextureKey& texture, bool closed, GraphicsPathProcessor* processor,
+                                  const CustomShaderKey& shader)
+{
+    QPainterPath path;
+    for (const QVector<QVector2D>& line : lines) {
+        const QVector<QVector2D> points = processor ? processor->map(line) : line;
+        if (points.size() < 2)
+            continue;
+        path.moveTo(points.first().toPointF());
+        for (int i = 1; i < points.size(); ++i)
+            path.lineTo(points[i].toPointF());
+        if (closed)
+            path.closeSubpath();
+    }
+    if (path.isEmpty())
+        return;
+    QPainterPathStroker stroker;
+    stroker.setWidth(width);
+    auto* usage = new LineShaderUsage(color, texture);
+    usage->setCustomShader(shader);
+    fillOutline(stroker.createStroke(path), usage);
+}
+
+void RenderItemBuilder::drawLine(const QVector2D& from, const QVector2D& to, float width, const QColor& color)
+{
+    drawLines({{from, to}}, width, color, TextureKey(), false, nullptr);
 }
 
 void RenderItemBuilder::drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader)

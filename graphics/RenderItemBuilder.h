@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CustomShaderKey.h"
+#include "Geometry.h"
 #include "ImageSlice.h"
 #include "Shape.h"
 #include "TexCoordInsets.h"
@@ -8,7 +9,9 @@
 
 #include <QColor>
 #include <QMatrix4x4>
+#include <QPainterPath>
 #include <QRegion>
+#include <QVector2D>
 #include <QVector>
 #include <TExplicitlySharedDataPointer.h>
 #include <qopengl.h>
@@ -16,7 +19,7 @@
 namespace gfx {
 
 class DisplayList;
-class Geometry;
+class GraphicsPathProcessor;
 class GlyphRun;
 class ICustomRenderer;
 class RenderItem;
@@ -91,6 +94,22 @@ public:
     // `clip` as well when the shape is not empty.
     void drawImageSlice(const QRect& target, const Shape& clip, const ImageSlice& slice,
                         QFlags<ImageSlice::Slice> parts);
+
+    // Fills a path in device coordinates by its fill rule.
+    void fillPath(const QPainterPath& path, const QColor& color);
+    // A polyline widened by `props`, in device coordinates.
+    void stroke(const QVector<QVector2D>& points, const Geometry::StrokeProps& props, const QColor& color,
+                const CustomShaderKey& shader = CustomShaderKey());
+    // Polylines `width` wide with flat ends, through `processor`'s transform when
+    // one is given, closed back to their first point when `closed`. A texture
+    // repeats over the screen under them, modulated by the colour.
+    void drawLines(const QVector<QVector<QVector2D>>& lines, float width, const QColor& color,
+                   const TextureKey& texture, bool closed, GraphicsPathProcessor* processor,
+                   const CustomShaderKey& shader = CustomShaderKey());
+    void drawLine(const QVector2D& from, const QVector2D& to, float width, const QColor& color);
+    // The area that `outline` (device coordinates) encloses, by its fill rule,
+    // drawn with `usage` (owned from here).
+    void fillOutline(const QPainterPath& outline, ShaderUsage* usage);
 
     // Takes ownership of both.
     void drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader);

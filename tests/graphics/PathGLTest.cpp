@@ -1,0 +1,97 @@
+#include <GraphicsPaintDevice.h>
+
+#include <QPainter>
+#include <QPainterPath>
+#include <gtest/gtest.h>
+#include <support/GLTestContext.h>
+#include <support/PaintComparison.h>
+
+using namespace gfx;
+
+namespace {
+
+// Without antialiasing both engines fill the pixels whose centres lie inside; on
+// slanted and curved edges the two may decide a centre lying almost on the edge
+// differently, and curves are flattened into different segments. Those pixels
+// are counted against an allowance; all others match within 3.
+constexpr int kTolerance = 3;
+
+class PathGLTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(mGL.isValid()); }
+
+    ::testing::AssertionResult matches(const PaintComparison::Painting& paint, int allowedPixels)
+    {
+        const PaintComparison::Difference d =
+            PaintComparison(mGL, qRgba(10, 20, 30, 255)).compare(paint, kTolerance);
+        if (d.pixels <= allowedPixels)
+            return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure() << d.pixels << " pixels differ, worst by " << d.worst << " at "
+                                             << d.worstAt.x() << "," << d.worstAt.y();
+    }
+
+    GLTestContext mGL{QSize(120, 120)};
+};
+
+TEST_F(PathGLTest, FilledPathsWithAHoleByEitherRule)
+{
+    for (Qt::FillRule rule : {Qt::OddEvenFill, Qt::WindingFill}) {
+        EXPECT_TRUE(matches(
+            [rule](QPainter& p) {
+                QPainterPath path;
+                path.setFillRule(rule);
+                path.addRect(10, 10, 100, 60);
+                path.addRect(30, 20, 40, 30);
+                path.addEllipse(QRectF(20, 75, 80, 40));
+                path.addEllipse(QRectF(40, 85, 40, 20));
+                p.setPen(Qt::NoPen);
+                p.setBrush(QColor(200, 120, 0));
+                p.drawPath(path);
+            },
+            12))
+            << "rule " << rule;
+    }
+}
+
+TEST_F(PathGLTest, StrokesWithJoinsAndCaps)
+{
+    const Qt::PenJoinStyle joins[] = {Qt::MiterJoin, Qt::BevelJoin, Qt::RoundJoin};
+    const Qt::PenCapStyle caps[] = {Qt::FlatCap, Qt::SquareCap, Qt::RoundCap};
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(matches(
+            [&](QPainter& p) {
+                QPen pen(QColor(255, 255, 255, 200), 9);
+                pen.setJoinStyle(joins[i]);
+                pen.setCapStyle(caps[i]);
+                p.setPen(pen);
+                QPainterPath path(QPointF(15, 100));
+                path.lineTo(40, 20);
+                path.lineTo(70, 90);
+                path.cubicTo(80, 20, 100, 20, 105, 60);
+                p.drawPath(path);
+            },
+            12))
+            << "join " << joins[i] << " cap " << caps[i];
+    }
+}
+
+TEST_F(PathGLTest, BuilderLinesAndStrokesMatchAPen)
+{
+    EXPECT_TRUE(matches(
+        [](QPainter& p) {
+            if (GraphicsPaintEngine* engine = GraphicsPaintEngine::of(p)) {
+                engine->builder().drawLine(QVector2D(10, 10), QVector2D(110, 40), 5, Qt::green);
+                engine->builder().stroke({QVector2D(10, 60), QVector2D(60, 110), QVector2D(110, 60)},
+                                         Geometry::StrokeProps{7, Qt::RoundJoin, Qt::RoundCap, 2}, Qt::red);
+                return;
+            }
+            p.setPen(QPen(Qt::green, 5, Qt::SolidLine, Qt::FlatCap));
+            p.drawLine(QPointF(10, 10), QPointF(110, 40));
+            p.setPen(QPen(Qt::red, 7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+            p.drawPolyline(QPolygonF({QPointF(10, 60), QPointF(60, 110), QPointF(110, 60)}));
+        },
+        30));
+}
+
+} // namespace
