@@ -76,10 +76,13 @@ protected:
         DisplayDevice::rotateOrientation = 0;
     }
 
-    DisplayDevice& open(int width = 64, int height = 48)
+    // Other GL tests may run at the same time on the same X server: `position`
+    // keeps a window out of their way.
+    DisplayDevice& open(int width = 64, int height = 48, QPoint position = QPoint())
     {
         mDevice = std::make_unique<DisplayDevice>(width, height);
         mDevice->timer()->stop();
+        mDevice->setPosition(position);
         mDevice->setVisible(true);
         EXPECT_TRUE(QTest::qWaitForWindowExposed(mDevice->widget()));
         return *mDevice;
@@ -352,7 +355,8 @@ TEST_F(DisplayDeviceGLTest, AnXPointerPressShowsInTheFrameOfTheTickThatProcesses
     const QString xdotool = QStandardPaths::findExecutable(QStringLiteral("xdotool"));
     if (xdotool.isEmpty())
         GTEST_SKIP() << "xdotool is not installed";
-    DisplayDevice& device = open();
+    // Where no other test's window goes.
+    DisplayDevice& device = open(64, 48, QPoint(1400, 900));
     auto* button = add<TouchColorView>(device.views(), "button", Qt::red, QRect(20, 10, 20, 20));
     device.doTick();
     PressWatcher watcher;
