@@ -40,6 +40,8 @@ public:
         Qt::PenJoinStyle join = Qt::MiterJoin;
         Qt::PenCapStyle cap = Qt::FlatCap;
         float miterLimit = 2;
+        // Edges get their coverage from an alpha texture instead of whole pixels.
+        bool antialiased = false;
     };
 
     explicit Geometry(Mode mode);

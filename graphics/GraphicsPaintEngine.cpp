@@ -262,8 +262,13 @@ void GraphicsPaintEngine::drawPath(const QPainterPath& path)
 {
     if (path.isEmpty())
         return;
-    if (mBrush.style() != Qt::NoBrush)
-        mBuilder.fillPath(mTransform.map(path), mBrush.color());
+    const bool antialiased = mHints.testFlag(QPainter::Antialiasing);
+    if (mBrush.style() != Qt::NoBrush) {
+        if (antialiased)
+            mBuilder.fillOutlineAntialiased(mTransform.map(path), mBrush.color());
+        else
+            mBuilder.fillPath(mTransform.map(path), mBrush.color());
+    }
     switch (mPen.style()) {
     case Qt::NoPen:
         return;
@@ -274,7 +279,11 @@ void GraphicsPaintEngine::drawPath(const QPainterPath& path)
         stroker.setJoinStyle(mPen.joinStyle());
         stroker.setCapStyle(mPen.capStyle());
         stroker.setMiterLimit(mPen.miterLimit());
-        mBuilder.fillOutline(mTransform.map(stroker.createStroke(path)), new LineShaderUsage(mPen.color()));
+        const QPainterPath outline = mTransform.map(stroker.createStroke(path));
+        if (antialiased)
+            mBuilder.fillOutlineAntialiased(outline, mPen.color());
+        else
+            mBuilder.fillOutline(outline, new LineShaderUsage(mPen.color()));
         return;
     }
     default:

@@ -1,5 +1,6 @@
 #include "RenderItemBuilder.h"
 
+#include "AlphaTextureShaderUsage.h"
 #include "ColorShaderUsage.h"
 #include "ColorTextureShaderUsage.h"
 #include "CommandRenderItem.h"
@@ -17,6 +18,8 @@
 #include "TextShaderUsage.h"
 #include "TextureCache.h"
 #include "TextureShaderUsage.h"
+
+#include <QPainter>
 
 namespace gfx {
 
@@ -316,6 +319,23 @@ void RenderItemBuilder::fillOutline(const QPainterPath& outline, ShaderUsage* us
     appendGeometry(usage, g);
 }
 
+void RenderItemBuilder::fillOutlineAntialiased(const QPainterPath& outline, const QColor& color)
+{
+    const QRect bounds = outline.boundingRect().toAlignedRect();
+    if (bounds.isEmpty() || outsideClip(bounds))
+        return;
+    QImage coverage(bounds.size(), QImage::Format_Alpha8);
+    coverage.fill(0);
+    {
+        QPainter painter(&coverage);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(-bounds.topLeft());
+        painter.fillPath(outline, Qt::black);
+    }
+    appendShape(new AlphaTextureShaderUsage(TextureCache::instance()->addOrLookup(coverage), color),
+                Shape(QRectF(bounds)), true);
+}
+
 void RenderItemBuilder::stroke(const QVector<QVector2D>& points, const Geometry::StrokeProps& props,
                                const QColor& color, const CustomShaderKey& shader)
 {
@@ -329,6 +349,10 @@ void RenderItemBuilder::stroke(const QVector<QVector2D>& points, const Geometry:
     stroker.setJoinStyle(props.join);
     stroker.setCapStyle(props.cap);
     stroker.setMiterLimit(props.miterLimit);
+    if (props.antialiased && shader.isNull()) {
+        fillOutlineAntialiased(stroker.createStroke(line), color);
+        return;
+    }
     auto* usage = new LineShaderUsage(color);
     usage->setCustomShader(shader);
     fillOutline(stroker.createStroke(line), usage);

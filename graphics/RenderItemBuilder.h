@@ -111,6 +111,10 @@ public:
     // drawn with `usage` (owned from here).
     void fillOutline(const QPainterPath& outline, ShaderUsage* usage);
 
+    // The same, antialiased: the area's coverage, rasterised into an alpha texture,
+    // tints `color`.
+    void fillOutlineAntialiased(const QPainterPath& outline, const QColor& color);
+
     // Takes ownership of both.
     void drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader);
 

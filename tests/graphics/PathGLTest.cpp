@@ -71,6 +71,24 @@ TEST_F(PathGLTest, StrokesWithJoinsAndCaps)
     }
 }
 
+TEST_F(PathGLTest, AntialiasedFillsAndStrokesCoverLikeTheRasterEngine)
+{
+    EXPECT_TRUE(matches(
+        [](QPainter& p) {
+            p.setRenderHint(QPainter::Antialiasing);
+            p.setClipRect(QRect(0, 0, 100, 120));
+            p.setBrush(QColor(0, 200, 100, 220));
+            p.setPen(QPen(QColor(255, 255, 255), 3.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+            QPainterPath path;
+            path.addEllipse(QRectF(10.3, 15.7, 95, 60));
+            path.moveTo(20, 110);
+            path.lineTo(60, 85);
+            path.lineTo(110, 112);
+            p.drawPath(path);
+        },
+        0));
+}
+
 TEST_F(PathGLTest, BuilderLinesAndStrokesMatchAPen)
 {
     EXPECT_TRUE(matches(
