@@ -1,3 +1,4 @@
+#include "BenchGLContext.h"
 #include "GLDrawCounter.h"
 
 #include <DisplayList.h>
@@ -9,10 +10,7 @@
 #include <ShaderCache.h>
 #include <TextureCache.h>
 
-#include <QCoreApplication>
-#include <QOffscreenSurface>
 #include <QOpenGLContext>
-#include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
 #include <QOpenGLPaintDevice>
 #include <QPainter>
@@ -24,82 +22,24 @@ using namespace gfx;
 
 namespace {
 
-const QSize kScreen(1280, 800);
+const QSize kScreen = BenchGLContext::kScreen;
 
-// One screen-sized framebuffer on an offscreen context, shared by the three ways.
-class PaintContext
+// The shared context made current with its framebuffer, or nullptr with the run skipped.
+BenchGLContext* startContext(benchmark::State& state)
 {
-public:
-    static PaintContext* get()
-    {
-        static PaintContext* context = nullptr;
-        if (!context) {
-            context = new PaintContext;
-            qAddPostRoutine([] {
-                delete context;
-                context = nullptr;
-            });
-        }
-        return context->mFbo ? context : nullptr;
+    BenchGLContext* context = BenchGLContext::get();
+    if (!context) {
+        state.SkipWithError("no GL context");
+        return nullptr;
     }
-    void begin()
-    {
-        mContext.makeCurrent(&mSurface);
-        mFbo->bind();
-        mContext.functions()->glViewport(0, 0, kScreen.width(), kScreen.height());
-        GLStateManager::instance()->clearToInvalid();
-    }
-    void finish() { mContext.functions()->glFinish(); }
-    // The context made current with its framebuffer, or nullptr with the run skipped.
-    static PaintContext* start(benchmark::State& state)
-    {
-        PaintContext* context = get();
-        if (!context) {
-            state.SkipWithError("no GL context");
-            return nullptr;
-        }
-        context->begin();
-        GLDrawCounter::reset();
-        return context;
-    }
-
-private:
-    PaintContext()
-    {
-        mSurface.create();
-        QSurfaceFormat format;
-        format.setRenderableType(QSurfaceFormat::OpenGLES);
-        format.setVersion(2, 0);
-        mContext.setFormat(format);
-        if (!mContext.create() || !mContext.makeCurrent(&mSurface))
-            return;
-        mFbo = std::make_unique<QOpenGLFramebufferObject>(kScreen);
-    }
-    ~PaintContext()
-    {
-        mContext.makeCurrent(&mSurface);
-        ShaderCache::instance()->releaseAll();
-        if (Singleton<GlyphCache>::exists())
-            GlyphCache::instance()->releaseTextures();
-        TextureCache::instance()->clear();
-        TextureCache::instance()->destroyExpiredTextures();
-        mFbo.reset();
-    }
-
-    QOffscreenSurface mSurface;
-    QOpenGLContext mContext;
-    std::unique_ptr<QOpenGLFramebufferObject> mFbo;
-};
+    context->begin();
+    GLDrawCounter::reset();
+    return context;
+}
 
 QImage pattern(int w, int h, int seed, bool alpha)
 {
-    QImage image(w, h, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x)
-            image.setPixel(x, y,
-                           qPremultiply(qRgba((x * 7 + seed * 40) & 255, (y * 5) & 255, seed * 30 & 255,
-                                              alpha ? (x + y) * 9 & 255 : 255)));
-    return image;
+    return BenchGLContext::pattern(w, h, seed, alpha);
 }
 
 // A list screen as views paint it: a background picture, a panel, 30 rows (fill,
@@ -148,7 +88,7 @@ void report(benchmark::State& state)
 
 void BM_PaintSceneEngine(benchmark::State& state)
 {
-    PaintContext* context = PaintContext::start(state);
+    BenchGLContext* context = startContext(state);
     if (!context)
         return;
     const Scene scene;
@@ -170,7 +110,7 @@ BENCHMARK(BM_PaintSceneEngine)->Unit(benchmark::kMillisecond);
 
 void BM_PaintSceneQtOpenGL(benchmark::State& state)
 {
-    PaintContext* context = PaintContext::start(state);
+    BenchGLContext* context = startContext(state);
     if (!context)
         return;
     const Scene scene;
@@ -190,7 +130,7 @@ BENCHMARK(BM_PaintSceneQtOpenGL)->Unit(benchmark::kMillisecond);
 
 void BM_PaintSceneRasterUpload(benchmark::State& state)
 {
-    PaintContext* context = PaintContext::start(state);
+    BenchGLContext* context = startContext(state);
     if (!context)
         return;
     const Scene scene;

@@ -1,3 +1,5 @@
+#include "BenchGLContext.h"
+
 #include <DisplayList.h>
 #include <GLCallRecorder.h>
 #include <GLStateManager.h>
@@ -8,10 +10,7 @@
 #include <TextureCache.h>
 #include <TextureKeyDataCached.h>
 
-#include <QCoreApplication>
-#include <QOffscreenSurface>
 #include <QOpenGLContext>
-#include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
 #include <benchmark/benchmark.h>
 #include <list>
@@ -23,65 +22,11 @@ using namespace gfx;
 
 namespace {
 
-const QSize kScreen(1280, 800);
-
-// A current offscreen context with a screen-sized framebuffer, made once.
-class BenchContext
-{
-public:
-    static BenchContext* get()
-    {
-        static BenchContext* context = nullptr;
-        if (!context) {
-            context = new BenchContext;
-            // GL objects must go before the application does.
-            qAddPostRoutine([] {
-                delete context;
-                context = nullptr;
-            });
-        }
-        return context->mFbo ? context : nullptr;
-    }
-    void makeCurrent() { mContext.makeCurrent(&mSurface); }
-    void finish() { mContext.functions()->glFinish(); }
-
-private:
-    BenchContext()
-    {
-        mSurface.create();
-        QSurfaceFormat format;
-        format.setRenderableType(QSurfaceFormat::OpenGLES);
-        format.setVersion(2, 0);
-        mContext.setFormat(format);
-        if (!mContext.create() || !mContext.makeCurrent(&mSurface))
-            return;
-        mFbo = std::make_unique<QOpenGLFramebufferObject>(kScreen);
-        mFbo->bind();
-        mContext.functions()->glViewport(0, 0, kScreen.width(), kScreen.height());
-        GLStateManager::instance()->clearToInvalid();
-    }
-
-    ~BenchContext()
-    {
-        mContext.makeCurrent(&mSurface);
-        ShaderCache::instance()->releaseAll();
-        mFbo.reset();
-    }
-
-    QOffscreenSurface mSurface;
-    QOpenGLContext mContext;
-    std::unique_ptr<QOpenGLFramebufferObject> mFbo;
-};
+const QSize kScreen = BenchGLContext::kScreen;
 
 TextureKey patternKey(int w, int h, int seed, bool alpha)
 {
-    QImage image(w, h, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x)
-            image.setPixel(x, y,
-                           qPremultiply(qRgba((x * 7 + seed * 40) & 255, (y * 5) & 255, seed * 30 & 255,
-                                              alpha ? (x + y) * 9 & 255 : 255)));
-    return TextureCache::instance()->addOrLookup(image);
+    return TextureCache::instance()->addOrLookup(BenchGLContext::pattern(w, h, seed, alpha));
 }
 
 // The display's usual picture: an opaque background, a panel, a list of 50 rows
@@ -250,12 +195,12 @@ BENCHMARK(BM_LruStoreFind)->Arg(0)->Arg(1);
 // Last in the file: llvmpipe's worker threads would disturb the benchmarks after it.
 void BM_RendererFrame(benchmark::State& state)
 {
-    BenchContext* context = BenchContext::get();
+    BenchGLContext* context = BenchGLContext::get();
     if (!context) {
         state.SkipWithError("no GL context");
         return;
     }
-    context->makeCurrent();
+    context->begin();
     const bool optimise = state.range(0) != 0;
     Scene scene;
     GLCallRecorder driver(GLFunctions::current());
