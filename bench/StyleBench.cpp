@@ -89,7 +89,7 @@ BENCHMARK(BM_StyleFirstParse)->Unit(benchmark::kMicrosecond);
 namespace {
 
 // 2,000 named styles, each building on another one (trees of depth 11), and
-// 10,000 specifications that use them.
+// 10,000 style strings that use them.
 struct GeneratedStyleFile
 {
     static constexpr int kNamed = 2000;

@@ -13,7 +13,7 @@ namespace {
 
 static const char* const kLogSource = "gui/Style";
 
-// Numbers in specifications are stored as reals; integer reads round them and
+// Numbers in style strings are stored as reals; integer reads round them and
 // keep out-of-range and non-finite values from overflowing.
 int toInt(const QVariant& value)
 {
@@ -96,7 +96,7 @@ bool Style::isNormalized(const QString& spec)
 
 QString Style::normalizedSpec(const QString& spec)
 {
-    // Most specifications are written normalized; hand those back without copying.
+    // Most style strings are written normalized; hand those back without copying.
     if (isNormalized(spec))
         return spec;
 

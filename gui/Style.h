@@ -14,10 +14,10 @@
 
 class QObject;
 
-// The look of a view, built from a specification string of "Key:Value" parts and
+// The look of a view, built from a style string of "Key:Value" parts and
 // named-style names separated by ";". A Style is a cheap value handle: every
-// distinct normalized specification has one shared StyleData, owned by the
-// StyleManager, so equal specifications share their parsed attributes.
+// distinct normalized style string has one shared StyleData, owned by the
+// StyleManager, so equal style strings share their parsed attributes.
 class Style
 {
 public:

@@ -6,7 +6,7 @@
 #include <QSet>
 #include <QSharedData>
 
-// The parsed attributes of one normalized specification, or of one named style.
+// The parsed attributes of one normalized style string, or of one named style.
 // Owned by the StyleManager and shared by every Style handle built from the same
 // text; the reference count lives in QSharedData.
 class Style::StyleData : public QSharedData
@@ -16,14 +16,14 @@ public:
     StyleData(const StyleData&) = delete;
     StyleData& operator=(const StyleData&) = delete;
 
-    // An anonymous specification: records it and registers its named parts.
+    // An anonymous style string: records it and registers its named parts.
     void initSpec(const QString& spec);
     // A named style, (re)defined by spec; an empty spec only records the name, so
     // that a style can be referenced before any file defines it.
     void initAlias(const QString& name, const QString& spec);
 
     // Rebuilds the attributes from the spec (or, for a named style, from its
-    // defining specification). Prerequisites must have been evaluated first.
+    // defining style string). Prerequisites must have been evaluated first.
     void evaluate();
     void parsePrereqs();
     void clearAttributes();
@@ -44,7 +44,7 @@ public:
     const QSet<StyleData*>& prerequisites() const { return mPrerequisites; }
     // A named style that no configuration entry has defined yet.
     bool isPlaceholder() const { return !mName.isEmpty() && mPrerequisites.isEmpty(); }
-    // The specification that defines a named style (empty otherwise).
+    // The style string that defines a named style (empty otherwise).
     QString definingSpec() const;
 
     const QHash<StyleAttribute, QVariant>& values() const { return mValues; }

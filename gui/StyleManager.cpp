@@ -243,7 +243,7 @@ void StyleManager::loadConfigurationFile(const QString& path)
     }
     // The INI reader turns "@Type(...)" values, also when spelled with escapes,
     // into deserialized binary data, which damaged bytes can make it abort on.
-    // Style specifications need neither.
+    // Style strings need neither.
     const QByteArray content = file.readAll();
     if (content.contains('@') || content.contains('\\')) {
         Logger::warn(QStringLiteral("Style file %1 contains escapes or serialized values").arg(path));

@@ -11,7 +11,7 @@
 class QFileSystemWatcher;
 class QSettings;
 
-// The process-wide registry of styles: one StyleData per normalized specification
+// The process-wide registry of styles: one StyleData per normalized style string
 // and per named style, kept for the life of the process. Named styles come from
 // the INI style files of the assets folder; on a development vehicle the files are
 // watched and every style that depends on an edited one restyles live.
@@ -31,7 +31,7 @@ public:
     // spec must be normalized (Style::normalizedSpec).
     Style::StyleData* lookupOrCreateSpec(const QString& spec, bool evaluate);
     Style::StyleData* lookupOrCreateAlias(const QString& name, const QString& spec);
-    // A specification as code writes it: normalized once per distinct text.
+    // A style string as code writes it: normalized once per distinct text.
     Style::StyleData* lookupOrCreateWritten(const QString& text);
     // A named style got a new definition: outside a load, it and everything built
     // on it are re-evaluated and restyled at once.

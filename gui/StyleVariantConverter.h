@@ -2,7 +2,7 @@
 
 #include "VariantConverter.h"
 
-// Text form of Style variants: the specification, or the name of a named style.
+// Text form of Style variants: the style string, or the name of a named style.
 class StyleVariantConverter : public VariantConverter
 {
 public:

@@ -53,7 +53,7 @@ protected:
 
 } // namespace
 
-TEST_F(StyleTest, NormalizedSpecificationsShareOneData)
+TEST_F(StyleTest, NormalizedStyleStringsShareOneData)
 {
     EXPECT_EQ(Style::normalizedSpec(";; Width:1 ;\t;Height:2 ;"), "Width:1;Height:2");
     EXPECT_EQ(Style::normalizedSpec("Width:1;"), "Width:1");
