@@ -53,10 +53,10 @@ BENCHMARK(BM_QHashLookupBaseline);
 static void BM_StyleCachedLookup(benchmark::State& state, bool normalized)
 {
     freshRegistry(1000);
-    const QString spec = normalized ? Style::normalizedSpec(kWrittenSpec) : kWrittenSpec;
-    const Style warm(spec);
+    const QString styleText = normalized ? Style::normalizedSpec(kWrittenSpec) : kWrittenSpec;
+    const Style warm(styleText);
     for (auto _ : state) {
-        Style style(spec);
+        Style style(styleText);
         benchmark::DoNotOptimize(style.data());
     }
 }
@@ -77,8 +77,8 @@ static void BM_StyleFirstParse(benchmark::State& state)
         state.PauseTiming();
         freshRegistry(0);
         state.ResumeTiming();
-        for (const QString& spec : qAsConst(specs)) {
-            Style style(spec);
+        for (const QString& styleText : qAsConst(specs)) {
+            Style style(styleText);
             benchmark::DoNotOptimize(style.data());
         }
     }

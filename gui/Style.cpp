@@ -61,17 +61,17 @@ Style::~Style() = default;
 
 Style::Style(StyleData* data) : mData(data) {}
 
-Style::Style(const QString& spec)
+Style::Style(const QString& styleText)
 {
-    if (spec.isEmpty())
+    if (styleText.isEmpty())
         return;
     if (StyleManager* manager = StyleManager::instance())
-        mData = manager->lookupOrCreateWritten(spec);
+        mData = manager->lookupOrCreateWritten(styleText);
 }
 
-QString Style::spec() const
+QString Style::styleText() const
 {
-    return mData ? mData->spec() : QString();
+    return mData ? mData->styleText() : QString();
 }
 
 QString Style::name() const
@@ -79,12 +79,12 @@ QString Style::name() const
     return mData ? mData->name() : QString();
 }
 
-bool Style::isNormalized(const QString& spec)
+bool Style::isNormalized(const QString& styleText)
 {
-    const QChar* chars = spec.constData();
-    const int size = spec.size();
+    const QChar* chars = styleText.constData();
+    const int size = styleText.size();
     for (int start = 0; start < size;) {
-        int end = spec.indexOf(QLatin1Char(';'), start);
+        int end = styleText.indexOf(QLatin1Char(';'), start);
         if (end < 0)
             end = size;
         if (end == start || chars[start].isSpace() || chars[end - 1].isSpace() || end == size - 1)
@@ -94,14 +94,14 @@ bool Style::isNormalized(const QString& spec)
     return true;
 }
 
-QString Style::normalizedSpec(const QString& spec)
+QString Style::normalizedSpec(const QString& styleText)
 {
     // Most style strings are written normalized; hand those back without copying.
-    if (isNormalized(spec))
-        return spec;
+    if (isNormalized(styleText))
+        return styleText;
 
-    const QChar* chars = spec.constData();
-    const int size = spec.size();
+    const QChar* chars = styleText.constData();
+    const int size = styleText.size();
     const QChar separator(QLatin1Char(';'));
     QString result;
     result.reserve(size);

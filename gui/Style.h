@@ -160,7 +160,7 @@ public:
 
     // The null style: every attribute reads as undefined.
     Style();
-    explicit Style(const QString& spec);
+    explicit Style(const QString& styleText);
     explicit Style(StyleData* data);
     Style(const Style& other);
     Style& operator=(const Style& other);
@@ -168,13 +168,13 @@ public:
 
     bool isNull() const { return !mData; }
     StyleData* data() const { return mData.data(); }
-    QString spec() const;
+    QString styleText() const;
     QString name() const;
     bool operator==(const Style& other) const { return mData == other.mData; }
     bool operator!=(const Style& other) const { return mData != other.mData; }
 
     // Splits at ";", drops empty parts, trims each part and joins them with ";".
-    static QString normalizedSpec(const QString& spec);
+    static QString normalizedSpec(const QString& styleText);
 
     bool isDefined(StyleAttribute attr) const;
 
@@ -234,7 +234,7 @@ public:
     static QString attributeKey(StyleAttribute attr);
 
 private:
-    static bool isNormalized(const QString& spec);
+    static bool isNormalized(const QString& styleText);
     static bool enumValueOf(StyleAttribute attr, const QString& text, int& out);
     static QVariant valueOf(const StyleData* data, StyleAttribute attr);
     int requiredGeometry(StyleAttribute attr, const char* message) const;

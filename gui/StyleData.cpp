@@ -86,16 +86,16 @@ template <typename Hash> void mergeInto(Hash& target, const Hash& source)
 
 } // namespace
 
-void Style::StyleData::initSpec(const QString& spec)
+void Style::StyleData::initSpec(const QString& styleText)
 {
-    mSpec = spec;
+    mSpec = styleText;
     parsePrereqs();
 }
 
-void Style::StyleData::initAlias(const QString& name, const QString& spec)
+void Style::StyleData::initAlias(const QString& name, const QString& styleText)
 {
     mName = name;
-    if (spec.isEmpty() || spec == definingSpec())
+    if (styleText.isEmpty() || styleText == definingSpec())
         return;
     StyleManager* manager = StyleManager::instance();
     if (!manager)
@@ -104,7 +104,7 @@ void Style::StyleData::initAlias(const QString& name, const QString& spec)
     for (StyleData* prereq : old)
         removePrereq(prereq);
     clearAttributes();
-    addPrereq(manager->lookupOrCreateSpec(spec, false));
+    addPrereq(manager->lookupOrCreateSpec(styleText, false));
     manager->markChanged(this);
 }
 
@@ -112,7 +112,7 @@ QString Style::StyleData::definingSpec() const
 {
     if (mName.isEmpty() || mPrerequisites.isEmpty())
         return QString();
-    return (*mPrerequisites.cbegin())->spec();
+    return (*mPrerequisites.cbegin())->styleText();
 }
 
 void Style::StyleData::parsePrereqs()

@@ -17,12 +17,12 @@ public:
     StyleData& operator=(const StyleData&) = delete;
 
     // An anonymous style string: records it and registers its named parts.
-    void initSpec(const QString& spec);
-    // A named style, (re)defined by spec; an empty spec only records the name, so
+    void initSpec(const QString& styleText);
+    // A named style, (re)defined by styleText; an empty styleText only records the name, so
     // that a style can be referenced before any file defines it.
-    void initAlias(const QString& name, const QString& spec);
+    void initAlias(const QString& name, const QString& styleText);
 
-    // Rebuilds the attributes from the spec (or, for a named style, from its
+    // Rebuilds the attributes from the styleText (or, for a named style, from its
     // defining style string). Prerequisites must have been evaluated first.
     void evaluate();
     void parsePrereqs();
@@ -39,7 +39,7 @@ public:
     void removeListener(QObject* listener);
     int listenerCount() const;
 
-    const QString& spec() const { return mSpec; }
+    const QString& styleText() const { return mSpec; }
     const QString& name() const { return mName; }
     const QSet<StyleData*>& prerequisites() const { return mPrerequisites; }
     // A named style that no configuration entry has defined yet.

@@ -105,16 +105,16 @@ StyleManager::registerData(QHash<QString, TExplicitlySharedDataPointer<Style::St
     return data;
 }
 
-Style::StyleData* StyleManager::lookupOrCreateSpec(const QString& spec, bool evaluate)
+Style::StyleData* StyleManager::lookupOrCreateSpec(const QString& styleText, bool evaluate)
 {
-    if (spec.isEmpty())
+    if (styleText.isEmpty())
         return nullptr;
-    const auto known = mStyles.constFind(spec);
+    const auto known = mStyles.constFind(styleText);
     if (known != mStyles.cend())
         return known->data();
     // Registered before its named parts are resolved, which may come back here.
-    Style::StyleData* data = registerData(mStyles, spec);
-    data->initSpec(spec);
+    Style::StyleData* data = registerData(mStyles, styleText);
+    data->initSpec(styleText);
     if (evaluate)
         data->evaluate();
     return data;
@@ -130,14 +130,14 @@ Style::StyleData* StyleManager::lookupOrCreateWritten(const QString& text)
     return data;
 }
 
-Style::StyleData* StyleManager::lookupOrCreateAlias(const QString& name, const QString& spec)
+Style::StyleData* StyleManager::lookupOrCreateAlias(const QString& name, const QString& styleText)
 {
     if (name.isEmpty())
         return nullptr;
     Style::StyleData* data = mNamedStyles.value(name).data();
     if (!data)
         data = registerData(mNamedStyles, name);
-    data->initAlias(name, spec);
+    data->initAlias(name, styleText);
     return data;
 }
 
@@ -290,8 +290,8 @@ void StyleManager::parseConfigurationEntry(const QSettings& settings, const QStr
         ORBIS_FAIL(QStringLiteral("Missing entry ") + name);
         return;
     }
-    const QString spec = Style::normalizedSpec(entryText(value));
-    if (spec.isEmpty()) {
+    const QString styleText = Style::normalizedSpec(entryText(value));
+    if (styleText.isEmpty()) {
         ORBIS_FAIL(QStringLiteral("Empty entry ") + name);
         return;
     }
@@ -302,7 +302,7 @@ void StyleManager::parseConfigurationEntry(const QSettings& settings, const QStr
         return;
     }
     mDefinedThisLoad.insert(name, mReadingOverride);
-    lookupOrCreateAlias(name, spec);
+    lookupOrCreateAlias(name, styleText);
 }
 
 void StyleManager::watch(const QStringList& files)

@@ -28,9 +28,9 @@ public:
 
     // The named style, or nullptr when no configuration entry defines it.
     Style::StyleData* lookupStyle(const QString& name) const;
-    // spec must be normalized (Style::normalizedSpec).
-    Style::StyleData* lookupOrCreateSpec(const QString& spec, bool evaluate);
-    Style::StyleData* lookupOrCreateAlias(const QString& name, const QString& spec);
+    // styleText must be normalized (Style::normalizedSpec).
+    Style::StyleData* lookupOrCreateSpec(const QString& styleText, bool evaluate);
+    Style::StyleData* lookupOrCreateAlias(const QString& name, const QString& styleText);
     // A style string as code writes it: normalized once per distinct text.
     Style::StyleData* lookupOrCreateWritten(const QString& text);
     // A named style got a new definition: outside a load, it and everything built
@@ -72,7 +72,7 @@ private:
 
     QHash<QString, TExplicitlySharedDataPointer<Style::StyleData>> mStyles;
     QHash<QString, TExplicitlySharedDataPointer<Style::StyleData>> mNamedStyles;
-    // Texts given to Style(spec), normalized or not, so that repeated lookups of
+    // Texts given to Style(styleText), normalized or not, so that repeated lookups of
     // the same text cost one hash lookup.
     QHash<QString, Style::StyleData*> mWrittenSpecs;
     // Every style ever created, oldest first: the order of a full re-evaluation.

@@ -10,7 +10,7 @@ int StyleVariantConverter::typeId() const
 QString StyleVariantConverter::toString(const QVariant& value) const
 {
     const Style style = value.value<Style>();
-    return style.name().isEmpty() ? style.spec() : style.name();
+    return style.name().isEmpty() ? style.styleText() : style.name();
 }
 
 QVariant StyleVariantConverter::fromString(const QString& text) const

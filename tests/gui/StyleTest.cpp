@@ -61,12 +61,12 @@ TEST_F(StyleTest, NormalizedStyleStringsShareOneData)
 
     Style spaced("Width:1; ;Height:2 ");
     EXPECT_EQ(spaced.data(), Style("Width:1;Height:2").data());
-    EXPECT_EQ(spaced.spec(), "Width:1;Height:2");
+    EXPECT_EQ(spaced.styleText(), "Width:1;Height:2");
     EXPECT_NE(Style("Width:1"), spaced);
     EXPECT_TRUE(Style().isNull());
     EXPECT_TRUE(Style(" ;; ").isNull());
     EXPECT_EQ(Style().intValue(Style::Width), 0);
-    EXPECT_EQ(Style(QString(5000, QChar(';')) + "Width:2").spec(), "Width:2");
+    EXPECT_EQ(Style(QString(5000, QChar(';')) + "Width:2").styleText(), "Width:2");
     EXPECT_TRUE(assertions().isEmpty());
 }
 
