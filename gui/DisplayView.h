@@ -167,6 +167,9 @@ public:
     virtual void place();
     virtual void layoutImplChanged();
     virtual void doLayout();
+    // The size the view would take if given `width` (negative: as wide as it likes).
+    // The flex layout measures views through it; a plain view keeps its own size.
+    virtual QSizeF naturalSize(double width);
 
     // Tree.
     void changeParent(DisplayView* parent);

@@ -162,6 +162,11 @@ void DisplayView::setLayoutResultPosition(const QPointF& position)
     setLayoutResultRect(QRectF(position, QSizeF(mWidth, mHeight)));
 }
 
+QSizeF DisplayView::naturalSize(double)
+{
+    return QSizeF(mWidth, mHeight);
+}
+
 void DisplayView::setLayoutResultSize(const QSizeF& size)
 {
     setLayoutResultRect(QRectF(QPointF(mX, mY), size));

@@ -21,7 +21,9 @@ export LIBGL_ALWAYS_SOFTWARE="${LIBGL_ALWAYS_SOFTWARE:-1}"
 if [[ -n "${DISPLAY:-}" ]] && xdpyinfo >/dev/null 2>&1; then
   "${demo[@]}"
 else
-  xvfb-run -a -s "-screen 0 1920x1200x24" "${demo[@]}"
+  # -noreset: without it the server resets whenever its last client leaves,
+  # and a program connecting at that moment is refused.
+  xvfb-run -a -s "-noreset -screen 0 1920x1200x24" "${demo[@]}"
 fi
 
 echo "Screenshot of the last frame: $screenshot"

@@ -14,5 +14,7 @@ export LIBGL_ALWAYS_SOFTWARE=1
 if [[ -n "${DISPLAY:-}" ]] && xdpyinfo >/dev/null 2>&1; then
   ctest --output-on-failure --parallel "$(nproc)" --timeout 300 "$@"
 else
-  xvfb-run -a -s "-screen 0 1920x1200x24" ctest --output-on-failure --parallel "$(nproc)" --timeout 300 "$@"
+  # -noreset: without it the server resets whenever its last client leaves,
+  # and a program connecting at that moment is refused.
+  xvfb-run -a -s "-noreset -screen 0 1920x1200x24" ctest --output-on-failure --parallel "$(nproc)" --timeout 300 "$@"
 fi

@@ -9,8 +9,10 @@
 #include <TextureCache.h>
 
 #include <QGLFramebufferObject>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QProcess>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -355,8 +357,10 @@ TEST_F(DisplayDeviceGLTest, AnXPointerPressShowsInTheFrameOfTheTickThatProcesses
     const QString xdotool = QStandardPaths::findExecutable(QStringLiteral("xdotool"));
     if (xdotool.isEmpty())
         GTEST_SKIP() << "xdotool is not installed";
-    // Where no other test's window goes.
-    DisplayDevice& device = open(64, 48, QPoint(1400, 900));
+    // The screen's bottom-right corner, where no other test's window goes,
+    // whatever size the X server was started with.
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    DisplayDevice& device = open(64, 48, screen.bottomRight() - QPoint(64 + 16, 48 + 16));
     auto* button = add<TouchColorView>(device.views(), "button", Qt::red, QRect(20, 10, 20, 20));
     device.doTick();
     PressWatcher watcher;
