@@ -12,6 +12,9 @@
 #include "input/touch/TouchDevice.h"
 
 #include <GLFunctions.h>
+#include <GLStateManager.h>
+#include <GlyphCache.h>
+#include <ShaderCache.h>
 #include <QBitmap>
 #include <QGLFramebufferObject>
 #include <QGuiApplication>
@@ -133,6 +136,18 @@ DisplayDevice::~DisplayDevice()
     mAnimations.clear();
     mDisplays.removeOne(this);
     mLayer.reset();
+    // The last window takes its context's programs and textures with it: the caches
+    // must not hand their names to the contexts of later windows.
+    if (mWidget && std::none_of(mDisplays.begin(), mDisplays.end(), [](DisplayDevice* d) { return d->mWidget; })) {
+        gfx::ShaderCache::instance()->releaseAll();
+        if (Singleton<gfx::GlyphCache>::exists())
+            gfx::GlyphCache::instance()->releaseTextures();
+        if (Singleton<gfx::TextureCache>::exists()) {
+            gfx::TextureCache::instance()->clear();
+            gfx::TextureCache::instance()->destroyExpiredTextures();
+        }
+        gfx::GLStateManager::instance()->clearToInvalid();
+    }
     delete mWidget;
 }
 

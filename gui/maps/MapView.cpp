@@ -183,6 +183,7 @@ void MapView::setRoute(const QVector<LocationCoordinate>& points)
 
 void MapView::addGpsFix(double latitude, double longitude, double heading)
 {
+    ++mGpsFixes;
     if (!mGps) {
         mGps = std::make_unique<GPSInterpolator>(latitude, longitude, heading);
         mCarPosition = LocationCoordinate(latitude, longitude);
@@ -214,11 +215,14 @@ void MapView::updateCar()
 {
     if (!mGps)
         return;
-    const GPSInterpolator::Sample sample = mGps->getInterpolatedLocationHeadingSample();
-    if (sample.mLocation != mCarPosition || sample.mHeading != mCarHeading) {
-        mCarPosition = sample.mLocation;
-        mCarHeading = sample.mHeading;
-        update();
+    // One fix is where the car is; blending starts with the second.
+    if (mGpsFixes > 1) {
+        const GPSInterpolator::Sample sample = mGps->getInterpolatedLocationHeadingSample();
+        if (sample.mLocation != mCarPosition || sample.mHeading != mCarHeading) {
+            mCarPosition = sample.mLocation;
+            mCarHeading = sample.mHeading;
+            update();
+        }
     }
     if (mFollow && !mAnimation) {
         MapCamera c = mCamera;

@@ -113,6 +113,7 @@ private:
     std::unique_ptr<GPSInterpolator> mGps;
     LocationCoordinate mCarPosition;
     double mCarHeading = 0.0;
+    int mGpsFixes = 0;
     bool mFollow = false;
 
     QSet<int> mTouches;

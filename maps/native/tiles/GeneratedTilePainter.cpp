@@ -158,7 +158,7 @@ QString streetName(qint64 line, bool vertical)
 
 bool isHighwayLine(qint64 line, bool vertical)
 {
-    return unit(hash2(line, vertical, 59)) < 0.4;
+    return unit(hash2(line, vertical, 59)) < 0.25;
 }
 
 struct RoadClass
@@ -308,7 +308,7 @@ void GeneratedTilePainter::paintMap(QImage& image, const TileId& tile) const
 
     const RoadClass streets{kStreetShift, 14, 10, 1.0, kStreet, kStreetCasing};
     const RoadClass avenues{kAvenueShift, 11, 18, 1.2, kAvenue, kAvenueCasing};
-    const RoadClass highways{kHighwayShift, 8, 28, 1.5, kHighway, kHighwayCasing};
+    const RoadClass highways{kHighwayShift, 9, 28, 1.5, kHighway, kHighwayCasing};
     auto drawRoads = [&](const RoadClass& road, bool highwaysOnly) {
         if (zoom < road.minZoom)
             return;

@@ -171,7 +171,7 @@ TEST(MBTilesTest, CorruptCacheIsReportedOnceMovedAsideAndRecreated)
         TileCacheDatabase cache;
         ASSERT_TRUE(cache.open(path, 1 << 20));
         ASSERT_EQ(log.records().size(), 1);
-        const LogRecord& report = log.records()[0];
+        const LogRecord report = log.records()[0];
         EXPECT_EQ(report.level, LogRecord::Error);
         EXPECT_TRUE(report.message.startsWith(QStringLiteral("The tile cache %1 is damaged (").arg(path)));
         EXPECT_TRUE(report.message.endsWith(QStringLiteral("): moved to %1.corrupt, starting an empty cache").arg(path)))
