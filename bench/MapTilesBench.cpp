@@ -32,7 +32,8 @@ MapTransform camera(const LocationCoordinate& centre, double scale)
 {
     MapTransform t(kZoom, scale, 0.0, MapProjection::forViewport(QRect(QPoint(0, 0), kScreen)), centre,
                    QPointF(kScreen.width() / 2.0, kScreen.height() * 0.65), QSize(256, 256));
-    return t.changeTilt(kTilt).changeReferenceProjected(centre, QPointF(kScreen.width() / 2.0, kScreen.height() * 0.65));
+    return t.changeTilt(kTilt).changeReferenceProjected(
+        centre, QPointF(kScreen.width() / 2.0, kScreen.height() * 0.65));
 }
 
 // The generated map behind a disk cache and a loader, as the map view has them.
@@ -59,7 +60,8 @@ struct MapStack
         ElapsedTimer timer;
         timer.start();
         renderer->prepare(t);
-        renderer->render(gfx::RenderState(kScreen), QRect(QPoint(0, 0), kScreen), QRect(QPoint(0, 0), kScreen));
+        renderer->render(gfx::RenderState(kScreen), QRect(QPoint(0, 0), kScreen),
+                         QRect(QPoint(0, 0), kScreen));
         BenchGLContext::get()->finish();
         gfx::TextureCache::instance()->destroyExpiredTextures();
         while (timer.elapsed() < kFrameMs)
@@ -99,7 +101,7 @@ PanResult pan(MapStack& stack)
         r.framesWithHoles += holes > 0;
         r.maxHoles = qMax(r.maxHoles, holes);
     }
-    for (int i = 0; i < 2000 && !stack.renderer->isComplete(); ++i) {
+    for (int i = 0; i < 600 && !stack.renderer->isComplete(); ++i) {
         stack.frame(t);
         if (stack.renderer->stats().holes > 0)
             r.framesToNoHoles = i + 1;
@@ -164,7 +166,7 @@ struct WideView
             if (stack.renderer->stats().visible >= 150)
                 break;
         }
-        for (int i = 0; i < 4000 && !stack.renderer->isComplete(); ++i)
+        for (int i = 0; i < 600 && !stack.renderer->isComplete(); ++i)
             stack.frame(t);
     }
     MapStack stack;

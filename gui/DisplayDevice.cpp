@@ -14,12 +14,12 @@
 #include <GLFunctions.h>
 #include <GLStateManager.h>
 #include <GlyphCache.h>
-#include <ShaderCache.h>
 #include <QBitmap>
 #include <QGLFramebufferObject>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QWheelEvent>
+#include <ShaderCache.h>
 #include <TextureCache.h>
 #include <algorithm>
 #include <cmath>
@@ -138,7 +138,8 @@ DisplayDevice::~DisplayDevice()
     mLayer.reset();
     // The last window takes its context's programs and textures with it: the caches
     // must not hand their names to the contexts of later windows.
-    if (mWidget && std::none_of(mDisplays.begin(), mDisplays.end(), [](DisplayDevice* d) { return d->mWidget; })) {
+    if (mWidget &&
+        std::none_of(mDisplays.begin(), mDisplays.end(), [](DisplayDevice* d) { return d->mWidget; })) {
         gfx::ShaderCache::instance()->releaseAll();
         if (Singleton<gfx::GlyphCache>::exists())
             gfx::GlyphCache::instance()->releaseTextures();

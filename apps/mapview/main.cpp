@@ -36,7 +36,8 @@ LocationCoordinate along(const QVector<LocationCoordinate>& points, double metre
     const MapCRS* crs = MapCRS::defaultCRS();
     for (int i = 1; i < points.size(); ++i) {
         const double leg = crs->distance(points[i - 1], points[i]);
-        const QPointF a = crs->worldPixelsFromLatLng(points[i - 1], 18), b = crs->worldPixelsFromLatLng(points[i], 18);
+        const QPointF a = crs->worldPixelsFromLatLng(points[i - 1], 18),
+                      b = crs->worldPixelsFromLatLng(points[i], 18);
         *heading = std::fmod(std::atan2(b.x() - a.x(), a.y() - b.y()) * 180.0 / M_PI + 360.0, 360.0);
         if (metres <= leg || i == points.size() - 1) {
             const double f = qBound(0.0, metres / leg, 1.0);
@@ -63,8 +64,12 @@ int main(int argc, char** argv)
     parser.addOption({"pattern", "Test-pattern tiles instead of the map."});
     parser.addOption({"http", "Tiles from the server of maps/tile_url, cached."});
     parser.addOption({"set", "Configuration override.", "KEY=VALUE"});
-    parser.addOption({"tile", "Writes one generated tile (Z/X/Y) to the screenshot path and exits.", "Z/X/Y"});
+    parser.addOption(
+        {"tile", "Writes one generated tile (Z/X/Y) to the screenshot path and exits.", "Z/X/Y"});
     parser.process(app);
+    // Tiles share the texture budget with the rest of the screen: a full-screen
+    // tilted map keeps some 150 of them (256 KB each) on the GPU.
+    ConfigRegistry::instance().applyOverride(QStringLiteral("gfx/texture_cache_size_mb=96"));
     if (parser.isSet("tile")) {
         const QStringList zxy = parser.value("tile").split('/');
         const TileId tile(zxy.value(0).toInt(), zxy.value(1).toInt(), zxy.value(2).toInt());
@@ -94,7 +99,8 @@ int main(int argc, char** argv)
     const QVector<LocationCoordinate> drive = route(start);
     map->setRoute(drive);
     map->setFocus(QPointF(0.5, 0.7));
-    map->setCamera(MapCamera(drive.first(), parser.value("zoom").toDouble(), 0.0, parser.value("tilt").toDouble()));
+    map->setCamera(
+        MapCamera(drive.first(), parser.value("zoom").toDouble(), 0.0, parser.value("tilt").toDouble()));
     map->setFollowCar(true);
 
     // A fix every second, as a receiver gives them.

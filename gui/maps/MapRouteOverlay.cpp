@@ -51,7 +51,8 @@ QPainterPath MapRouteOverlay::path(const NativeMaps::MapTransform& transform) co
                               .adjusted(-mWidth, -mWidth, mWidth, mWidth);
 
     auto viewPoint = [&](const LocationCoordinate& c) {
-        const QPointF relative = crs->worldPixelsFromLatLng(c, transform.zoomLevel()) - transform.referenceWorldPixels();
+        const QPointF relative =
+            crs->worldPixelsFromLatLng(c, transform.zoomLevel()) - transform.referenceWorldPixels();
         return transform.worldToView().map(relative) + transform.referenceViewPoint();
     };
     QPointF previous = viewPoint(mPoints.first());

@@ -15,9 +15,10 @@
 using NativeMaps::TileId;
 
 ConfigIntValue MapMaxTiles("maps/max_tiles", 400);
-ConfigIntValue MapTileTextures("maps/tile_textures", 192);
+ConfigIntValue MapTileTextures("maps/tile_textures", 128);
 ConfigIntValue MapTileUploadsPerFrame("maps/tile_uploads_per_frame", 12);
 ConfigIntValue MapFallbackLevels("maps/fallback_levels", 6);
+ConfigIntValue MapCoarseLevels("maps/coarse_levels", 3);
 
 namespace {
 // Position (x, y) and texture coordinate (s, t) per vertex, two triangles per quad.
@@ -57,18 +58,26 @@ void MapTileRenderer::prepare(const NativeMaps::MapTransform& transform)
 
     const QPointF centre = transform.projection().transform.map(transform.referenceViewPoint());
     QRectF viewRect;
-    const QVector<QPoint> points = transform.tilePoints(qMax(1, MapMaxTiles.value()), centre, QRegion(), viewRect);
+    const QVector<QPoint> points =
+        transform.tilePoints(qMax(1, MapMaxTiles.value()), centre, QRegion(), viewRect);
 
+    // The few tiles some levels up that cover the view come first: they arrive
+    // quickly and stand in for whatever the view pans or zooms into next.
     const int zoom = transform.zoomLevel();
-    QVector<TileId> wanted;
-    wanted.reserve(points.size());
+    const int coarseLevels = qMax(0, MapCoarseLevels.value());
+    QVector<TileId> coarse, exact;
+    exact.reserve(points.size());
     for (const QPoint& p : points) {
         const TileId tile = TileId(zoom, p.x(), p.y()).wrapped();
-        if (tile.isValid())
-            wanted.append(tile);
+        if (!tile.isValid())
+            continue;
+        exact.append(tile);
+        const TileId ancestor = tile.ancestor(qMin(coarseLevels, zoom));
+        if (coarseLevels > 0 && ancestor != tile && !coarse.contains(ancestor))
+            coarse.append(ancestor);
     }
     if (mLoader)
-        mLoader->setWanted(wanted);
+        mLoader->setWanted(coarse + exact);
 
     const QSizeF tileSize(transform.tileSize());
     const int fallbackLevels = qMax(0, MapFallbackLevels.value());
@@ -95,8 +104,8 @@ void MapTileRenderer::prepare(const NativeMaps::MapTransform& transform)
         ++mStats.fallback;
         const double part = 1.0 / double(1 << levels);
         const TileId ancestor = tile.ancestor(levels);
-        const QRectF sub(double(tile.x - (ancestor.x << levels)) * part, double(tile.y - (ancestor.y << levels)) * part,
-                         part, part);
+        const QRectF sub(double(tile.x - (ancestor.x << levels)) * part,
+                         double(tile.y - (ancestor.y << levels)) * part, part, part);
         mQuads.append(Quad{found->key, found->image, world, sub});
     }
     // Quads that share a texture (the children of one fallback tile) go together.
@@ -121,9 +130,10 @@ void MapTileRenderer::prepare(const NativeMaps::MapTransform& transform)
 
     // Relative world pixels to projected view pixels: rotate and scale, place the
     // reference, tilt.
-    mViewTransform = transform.worldToView() *
-                     QTransform::fromTranslate(transform.referenceViewPoint().x(), transform.referenceViewPoint().y()) *
-                     transform.projection().transform;
+    mViewTransform =
+        transform.worldToView() *
+        QTransform::fromTranslate(transform.referenceViewPoint().x(), transform.referenceViewPoint().y()) *
+        transform.projection().transform;
     mViewMatrix = QMatrix4x4(mViewTransform);
     trimTextures();
 }
@@ -138,8 +148,9 @@ void MapTileRenderer::trimTextures()
     for (auto it = mTextures.cbegin(); it != mTextures.cend(); ++it)
         if (it->lastUse != mFrame)
             byAge.append({it->lastUse, it.key()});
-    std::sort(byAge.begin(), byAge.end(),
-              [](const QPair<quint64, TileId>& a, const QPair<quint64, TileId>& b) { return a.first < b.first; });
+    std::sort(
+        byAge.begin(), byAge.end(),
+        [](const QPair<quint64, TileId>& a, const QPair<quint64, TileId>& b) { return a.first < b.first; });
     for (int i = 0; i < byAge.size() && mTextures.size() > capacity; ++i)
         mTextures.remove(byAge[i].second);
 }
@@ -159,7 +170,8 @@ void MapTileRenderer::render(const gfx::RenderState& state, const QRect& target,
     if (opaque) {
         // The scissor box is the item's bounds: clearing paints the background under
         // the tiles without a draw.
-        f->glClearColor(float(mBackground.redF()), float(mBackground.greenF()), float(mBackground.blueF()), 1.0f);
+        f->glClearColor(float(mBackground.redF()), float(mBackground.greenF()), float(mBackground.blueF()),
+                        1.0f);
         f->glClear(GL_COLOR_BUFFER_BIT);
     }
     mStats.binds = 0;

@@ -87,8 +87,8 @@ MapTransform MapView::transformFor(const MapCamera& camera) const
     const double scale = std::pow(2.0, camera.zoom - level);
     const QRect viewport(0, 0, qMax(1, width()), qMax(1, height()));
     const QPointF focus(viewport.width() * mFocus.x(), viewport.height() * mFocus.y());
-    MapTransform t(level, scale, camera.rotation, NativeMaps::MapProjection::forViewport(viewport), camera.center,
-                   focus, QSize(kTileSize, kTileSize));
+    MapTransform t(level, scale, camera.rotation, NativeMaps::MapProjection::forViewport(viewport),
+                   camera.center, focus, QSize(kTileSize, kTileSize));
     if (camera.tilt == 0.0)
         return t;
     // Tilted, the centre is still drawn at the focus.
@@ -111,8 +111,9 @@ void MapView::applyCamera(const MapCamera& camera)
     c.zoom = qBound(kMinZoom, c.zoom, kMaxZoom);
     c.tilt = qBound(0.0, c.tilt, kMaxTilt);
     c.rotation = wrapDegrees(c.rotation);
-    c.center = LocationCoordinate(qBound(-85.0511287798066, c.center.latitude(), 85.0511287798066),
-                                  c.center.longitude() - 360.0 * std::floor((c.center.longitude() + 180.0) / 360.0));
+    c.center =
+        LocationCoordinate(qBound(-85.0511287798066, c.center.latitude(), 85.0511287798066),
+                           c.center.longitude() - 360.0 * std::floor((c.center.longitude() + 180.0) / 360.0));
     if (c == mCamera)
         return;
     mCamera = c;
@@ -160,7 +161,8 @@ void MapView::flyTo(const MapCamera& target, double seconds, EaseType ease)
         setCamera(target);
         return;
     }
-    mAnimation = std::make_unique<MapCameraAnimation>(mCamera, target, seconds, ease, qMax(width(), height()));
+    mAnimation =
+        std::make_unique<MapCameraAnimation>(mCamera, target, seconds, ease, qMax(width(), height()));
     update();
 }
 

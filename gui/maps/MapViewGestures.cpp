@@ -15,7 +15,8 @@ constexpr int kDragThreshold = 8;
 
 QPointF relativeWorldAt(const MapTransform& t, const QPointF& projected)
 {
-    return t.relativeWorldPixelsFromViewPixels(t.projection().inverse.map(projected) - t.referenceViewPoint());
+    return t.relativeWorldPixelsFromViewPixels(t.projection().inverse.map(projected) -
+                                               t.referenceViewPoint());
 }
 } // namespace
 
@@ -25,15 +26,18 @@ QPointF MapView::touchPoint(int touch, bool pairCenter) const
     if (!display)
         return QPointF(width() / 2.0, height() / 2.0);
     TouchDevice* touches = TouchDevice::getInstance(display);
-    const QPoint onScreen = pairCenter ? touches->getPairCenterPoint(touch)
-                                       : (touches->info(touch) ? touches->info(touch)->currentPoint : QPoint());
+    const QPoint onScreen = pairCenter
+                                ? touches->getPairCenterPoint(touch)
+                                : (touches->info(touch) ? touches->info(touch)->currentPoint : QPoint());
     return QPointF(onScreen - relativePositionRect(nullptr).topLeft());
 }
 
-MapCamera MapView::anchored(const MapCamera& camera, const LocationCoordinate& anchor, const QPointF& point) const
+MapCamera MapView::anchored(const MapCamera& camera, const LocationCoordinate& anchor,
+                            const QPointF& point) const
 {
     const MapTransform t = transformFor(camera);
-    const QPointF shift = relativeWorldAt(t, t.projectedViewPixelsFromLatLng(anchor)) - relativeWorldAt(t, point);
+    const QPointF shift =
+        relativeWorldAt(t, t.projectedViewPixelsFromLatLng(anchor)) - relativeWorldAt(t, point);
     MapCamera result = camera;
     result.center = t.latLngFromProjectedViewPixels(t.projectedViewPixelsFromRelativeWorldPixels(shift));
     return result;

@@ -88,8 +88,9 @@ bool TestTileServer::answer(const QString& path, int status, const QByteArray& b
 void TestTileServer::respond(QTcpSocket* socket, int status, const QByteArray& body)
 {
     QByteArray reply = "HTTP/1.1 " + QByteArray::number(status) + " Status\r\n";
-    reply += "Content-Type: image/png\r\nConnection: close\r\nContent-Length: " + QByteArray::number(body.size()) +
-             "\r\n\r\n" + body;
+    reply +=
+        "Content-Type: image/png\r\nConnection: close\r\nContent-Length: " + QByteArray::number(body.size()) +
+        "\r\n\r\n" + body;
     socket->write(reply);
     socket->disconnectFromHost();
 }

@@ -42,8 +42,8 @@ quint32 mix(quint64 h)
 
 quint32 hash2(qint64 a, qint64 b, quint32 seed)
 {
-    return mix(quint64(a) * 0x9E3779B97F4A7C15ULL ^ (quint64(b) + 0x632BE59BD9B4E019ULL) * 0xBF58476D1CE4E5B9ULL ^
-               seed);
+    return mix(quint64(a) * 0x9E3779B97F4A7C15ULL ^
+               (quint64(b) + 0x632BE59BD9B4E019ULL) * 0xBF58476D1CE4E5B9ULL ^ seed);
 }
 
 double unit(quint32 h)
@@ -62,7 +62,9 @@ double noise(double x, double y, quint32 seed)
     const double fx = std::floor(x), fy = std::floor(y);
     const qint64 ix = qint64(fx), iy = qint64(fy);
     const double tx = smooth(x - fx), ty = smooth(y - fy);
-    auto at = [&](qint64 dx, qint64 dy) { return unit(hash2(ix + dx, iy + dy, seed)) * 2 - 1; };
+    auto at = [&](qint64 dx, qint64 dy) {
+        return unit(hash2(ix + dx, iy + dy, seed)) * 2 - 1;
+    };
     const double top = at(0, 0) + (at(1, 0) - at(0, 0)) * tx;
     const double bottom = at(0, 1) + (at(1, 1) - at(0, 1)) * tx;
     return top + (bottom - top) * ty;
@@ -130,17 +132,23 @@ QColor blend(const QColor& a, const QColor& b, double t)
                             a.blueF() + (b.blueF() - a.blueF()) * t);
 }
 
-const char* const kStreetNames[] = {"Maple", "Oak", "Cedar", "Elm", "Birch", "Willow", "Pine", "Aspen",
-                                    "Juniper", "Laurel", "Magnolia", "Hawthorn", "Chestnut", "Spruce",
-                                    "Walnut", "Cypress", "Alder", "Poplar", "Linden", "Sycamore"};
-const char* const kAvenueNames[] = {"Main St", "Broadway", "Central Ave", "Harbor Blvd", "Park Ave",
-                                    "Lakeshore Dr", "Market St", "Union Ave", "Grand Blvd", "Liberty Ave",
-                                    "Mission St", "King St", "Queen St", "Station Rd", "Hill St", "Bridge St"};
+const char* const kStreetNames[] = {"Maple",    "Oak",      "Cedar",    "Elm",     "Birch",
+                                    "Willow",   "Pine",     "Aspen",    "Juniper", "Laurel",
+                                    "Magnolia", "Hawthorn", "Chestnut", "Spruce",  "Walnut",
+                                    "Cypress",  "Alder",    "Poplar",   "Linden",  "Sycamore"};
+const char* const kAvenueNames[] = {"Main St",    "Broadway",     "Central Ave", "Harbor Blvd",
+                                    "Park Ave",   "Lakeshore Dr", "Market St",   "Union Ave",
+                                    "Grand Blvd", "Liberty Ave",  "Mission St",  "King St",
+                                    "Queen St",   "Station Rd",   "Hill St",     "Bridge St"};
 
 QString ordinal(qint64 n)
 {
     const qint64 m100 = n % 100;
-    const char* suffix = (m100 >= 11 && m100 <= 13) ? "th" : n % 10 == 1 ? "st" : n % 10 == 2 ? "nd" : n % 10 == 3 ? "rd" : "th";
+    const char* suffix = (m100 >= 11 && m100 <= 13) ? "th"
+                         : n % 10 == 1              ? "st"
+                         : n % 10 == 2              ? "nd"
+                         : n % 10 == 3              ? "rd"
+                                                    : "th";
     return QStringLiteral("%1%2").arg(n).arg(QLatin1String(suffix));
 }
 
@@ -149,7 +157,8 @@ QString ordinal(qint64 n)
 QString streetName(qint64 line, bool vertical)
 {
     if (line % 8 == 0)
-        return QLatin1String(kAvenueNames[hash2(line, vertical, 71) % (sizeof(kAvenueNames) / sizeof(*kAvenueNames))]);
+        return QLatin1String(
+            kAvenueNames[hash2(line, vertical, 71) % (sizeof(kAvenueNames) / sizeof(*kAvenueNames))]);
     if (vertical)
         return QStringLiteral("%1 St").arg(
             QLatin1String(kStreetNames[hash2(line, 1, 73) % (sizeof(kStreetNames) / sizeof(*kStreetNames))]));
@@ -176,7 +185,8 @@ struct RoadClass
 QColor GeneratedTilePainter::testPatternColor(const TileId& tile)
 {
     const int hue = int(hash2(tile.x, tile.y, quint32(tile.zoom) * 7919u) % 360u);
-    return QColor::fromHsv(hue, 150 + int(hash2(tile.y, tile.x, 3) % 80u), 180 + int(hash2(tile.x, tile.zoom, 5) % 60u));
+    return QColor::fromHsv(hue, 150 + int(hash2(tile.y, tile.x, 3) % 80u),
+                           180 + int(hash2(tile.x, tile.zoom, 5) % 60u));
 }
 
 bool GeneratedTilePainter::isWater(double u, double v, int zoom)
@@ -251,11 +261,15 @@ void GeneratedTilePainter::paintMap(QImage& image, const TileId& tile) const
         const double gx = px / kStep + 1, gy = py / kStep + 1;
         const int i = qBound(1, int(gx), n - 3), j = qBound(1, int(gy), n - 3);
         const double tx = gx - i, ty = gy - j;
-        auto at = [&](int a, int b) { return double(f[b * n + a]); };
+        auto at = [&](int a, int b) {
+            return double(f[b * n + a]);
+        };
         const double top = at(i, j) + (at(i + 1, j) - at(i, j)) * tx;
         const double bottom = at(i, j + 1) + (at(i + 1, j + 1) - at(i, j + 1)) * tx;
-        const double dx = ((at(i + 1, j) - at(i, j)) * (1 - ty) + (at(i + 1, j + 1) - at(i, j + 1)) * ty) / kStep;
-        const double dy = ((at(i, j + 1) - at(i, j)) * (1 - tx) + (at(i + 1, j + 1) - at(i + 1, j)) * tx) / kStep;
+        const double dx =
+            ((at(i + 1, j) - at(i, j)) * (1 - ty) + (at(i + 1, j + 1) - at(i, j + 1)) * ty) / kStep;
+        const double dy =
+            ((at(i, j + 1) - at(i, j)) * (1 - tx) + (at(i + 1, j + 1) - at(i + 1, j)) * tx) / kStep;
         *gradient = std::hypot(dx, dy);
         return top + (bottom - top) * ty;
     };
@@ -296,7 +310,8 @@ void GeneratedTilePainter::paintMap(QImage& image, const TileId& tile) const
     if (zoom >= 13) {
         const double block = world / double(1 << kStreetShift);
         const qint64 i0 = qint64(std::floor(originX / block)), j0 = qint64(std::floor(originY / block));
-        const qint64 i1 = qint64(std::floor((originX + mSize) / block)), j1 = qint64(std::floor((originY + mSize) / block));
+        const qint64 i1 = qint64(std::floor((originX + mSize) / block)),
+                     j1 = qint64(std::floor((originY + mSize) / block));
         for (qint64 j = j0; j <= j1; ++j) {
             for (qint64 i = i0; i <= i1; ++i) {
                 if (unit(hash2(i, j, 97)) >= 0.05)
@@ -396,8 +411,8 @@ void GeneratedTilePainter::paintMap(QImage& image, const TileId& tile) const
                 painter.translate(centre);
                 if (vertical)
                     painter.rotate(-90);
-                painter.strokePath(text, QPen(QColor(255, 255, 255, 220), 3, Qt::SolidLine, Qt::RoundCap,
-                                              Qt::RoundJoin));
+                painter.strokePath(
+                    text, QPen(QColor(255, 255, 255, 220), 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
                 painter.fillPath(text, kLabel);
                 painter.restore();
             }

@@ -25,12 +25,10 @@ constexpr int kPulseMs = 50;
 } // namespace
 
 HttpTileSource::HttpTileSource(const QString& urlTemplate, QObject* parent)
-    : TileSource(parent),
-      mNetwork(new QNetworkAccessManager(this)),
+    : TileSource(parent), mNetwork(new QNetworkAccessManager(this)),
       mTemplate(urlTemplate.isEmpty() ? TileUrlTemplate.value() : urlTemplate),
       mSubdomains(TileSubdomains.value().split(QLatin1Char(','), Qt::SkipEmptyParts)),
-      mUserAgent(TileUserAgent.value().toUtf8()),
-      mMaxRequests(qMax(1, TileMaxRequests.value()))
+      mUserAgent(TileUserAgent.value().toUtf8()), mMaxRequests(qMax(1, TileMaxRequests.value()))
 {
     mPulse.setInterval(kPulseMs);
     connect(&mPulse, &QTimer::timeout, this, &HttpTileSource::poll);
@@ -64,7 +62,8 @@ QString HttpTileSource::urlFor(const TileId& tile) const
     url.replace(QLatin1String("{x}"), QString::number(tile.x));
     url.replace(QLatin1String("{y}"), QString::number(tile.y));
     if (!mSubdomains.isEmpty())
-        url.replace(QLatin1String("{s}"), mSubdomains.at(int(uint(tile.x + tile.y) % uint(mSubdomains.size()))));
+        url.replace(QLatin1String("{s}"),
+                    mSubdomains.at(int(uint(tile.x + tile.y) % uint(mSubdomains.size()))));
     return url;
 }
 

@@ -16,11 +16,13 @@ const QStringList kSchema = {
     QStringLiteral("CREATE UNIQUE INDEX IF NOT EXISTS metadata_name ON metadata (name)"),
     QStringLiteral("CREATE TABLE IF NOT EXISTS tiles (zoom_level INTEGER, tile_column INTEGER, "
                    "tile_row INTEGER, tile_data BLOB)"),
-    QStringLiteral("CREATE UNIQUE INDEX IF NOT EXISTS tile_index ON tiles (zoom_level, tile_column, tile_row)"),
+    QStringLiteral(
+        "CREATE UNIQUE INDEX IF NOT EXISTS tile_index ON tiles (zoom_level, tile_column, tile_row)"),
 };
 } // namespace
 
-MBTilesFile::MBTilesFile() : mConnection(QStringLiteral("mbtiles-%1").arg(gConnections.fetchAndAddRelaxed(1))) {}
+MBTilesFile::MBTilesFile() : mConnection(QStringLiteral("mbtiles-%1").arg(gConnections.fetchAndAddRelaxed(1)))
+{}
 
 MBTilesFile::~MBTilesFile()
 {
@@ -94,7 +96,8 @@ QSqlDatabase MBTilesFile::database() const
 QByteArray MBTilesFile::readTile(const TileId& tile)
 {
     QSqlQuery q(database());
-    q.prepare(QStringLiteral("SELECT tile_data FROM tiles WHERE zoom_level = ? AND tile_column = ? AND tile_row = ?"));
+    q.prepare(QStringLiteral(
+        "SELECT tile_data FROM tiles WHERE zoom_level = ? AND tile_column = ? AND tile_row = ?"));
     q.addBindValue(tile.zoom);
     q.addBindValue(tile.x);
     q.addBindValue(tile.tmsRow());

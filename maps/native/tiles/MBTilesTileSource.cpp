@@ -39,7 +39,8 @@ void MBTilesTileSource::request(const TileId& tile)
     mPending.insert(tile);
     if (!mValid) {
         QMetaObject::invokeMethod(
-            this, [this, tile] { deliver(tile, QByteArray(), QStringLiteral("No tile set at %1").arg(mPath)); },
+            this,
+            [this, tile] { deliver(tile, QByteArray(), QStringLiteral("No tile set at %1").arg(mPath)); },
             Qt::QueuedConnection);
         return;
     }

@@ -114,7 +114,8 @@ bool TileCacheDatabase::moveAside(const QString& path, const QString& reason)
     QFile::remove(path + QStringLiteral("-wal"));
     QFile::remove(path + QStringLiteral("-shm"));
     if (!moved) {
-        Logger::error(QStringLiteral("The tile cache %1 is damaged (%2) and cannot be moved aside").arg(path, reason));
+        Logger::error(
+            QStringLiteral("The tile cache %1 is damaged (%2) and cannot be moved aside").arg(path, reason));
         return false;
     }
     Logger::error(QStringLiteral("The tile cache %1 is damaged (%2): moved to %3, starting an empty cache")

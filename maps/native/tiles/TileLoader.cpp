@@ -26,7 +26,8 @@ qint64 nowMs()
 } // namespace
 
 TileLoader::TileLoader(TileSource* source, TileCache* cache, QObject* parent)
-    : QObject(parent), mSource(source), mCache(cache), mMemoryLimit(qint64(qMax(1, TileMemoryMb.value())) * kMegabyte)
+    : QObject(parent), mSource(source), mCache(cache),
+      mMemoryLimit(qint64(qMax(1, TileMemoryMb.value())) * kMegabyte)
 {
     mPool.setMaxThreadCount(qMax(1, TileWorkers.value()));
     connect(mSource, &TileSource::tileLoaded, this, &TileLoader::sourceLoaded);
@@ -179,7 +180,8 @@ void TileLoader::decoded(const TileId& tile, const QImage& image, qint64 ns)
 {
     ++mStats.decoded;
     mStats.decodeNs += ns;
-    const bool loading = mLoading.value(tile, Lookup) == Decode && mLoading.contains(tile);
+    const auto found = mLoading.constFind(tile);
+    const bool loading = found != mLoading.constEnd() && found.value() == Decode;
     if (image.isNull()) {
         if (loading)
             fail(tile, QStringLiteral("%1: not an image").arg(tile.toString()));

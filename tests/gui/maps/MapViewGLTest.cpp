@@ -86,7 +86,8 @@ protected:
         device->doTick();
         QImage i = device->layer()->framebuffer()->toImage();
         if (qEnvironmentVariableIsSet("MAPTEST_DUMP"))
-            i.save(QStringLiteral("/tmp/maptest_%1.png").arg(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+            i.save(QStringLiteral("/tmp/maptest_%1.png")
+                       .arg(::testing::UnitTest::GetInstance()->current_test_info()->name()));
         return i;
     }
 
@@ -111,8 +112,9 @@ TEST_F(MapViewGLTest, KnownCameraDrawsEachTileAtItsPlace)
         TileId tile;
         QPoint inside;
     };
-    for (const Expected& e : {Expected{TileId(2, 1, 1), QPoint(64, 200)}, Expected{TileId(2, 2, 1), QPoint(448, 200)},
-                              Expected{TileId(2, 1, 2), QPoint(64, 300)}, Expected{TileId(2, 2, 2), QPoint(448, 300)}}) {
+    for (const Expected& e :
+         {Expected{TileId(2, 1, 1), QPoint(64, 200)}, Expected{TileId(2, 2, 1), QPoint(448, 200)},
+          Expected{TileId(2, 1, 2), QPoint(64, 300)}, Expected{TileId(2, 2, 2), QPoint(448, 300)}}) {
         const QRgb want = opaque(GeneratedTilePainter::testPatternColor(e.tile).rgb());
         EXPECT_TRUE(colorsClose(opaque(image.pixel(e.inside)), want, 3)) << e.tile.toString().toStdString();
     }

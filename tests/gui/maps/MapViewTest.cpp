@@ -1,9 +1,9 @@
+#include "maps/MapView.h"
 #include "DataValueManager.h"
 #include "DisplayDevice.h"
 #include "ManualClock.h"
 #include "input/touch/MouseTouchDriver.h"
 #include "input/touch/TouchDevice.h"
-#include "maps/MapView.h"
 
 #include <QSignalSpy>
 #include <cmath>
@@ -27,14 +27,20 @@ protected:
         map->resizeTo(800, 480);
         map->setCamera(MapCamera(LocationCoordinate(48.137, 11.575), 15.0));
     }
-    void queue(int id, bool down, QPoint point) { touch->mouseDriver()->queueEvent(id, down, point.x(), point.y()); }
+    void queue(int id, bool down, QPoint point)
+    {
+        touch->mouseDriver()->queueEvent(id, down, point.x(), point.y());
+    }
     void frame() { device.doTick(); }
     void step(int id, bool down, QPoint point)
     {
         queue(id, down, point);
         frame();
     }
-    static double distance(const QPointF& a, const QPointF& b) { return std::hypot(a.x() - b.x(), a.y() - b.y()); }
+    static double distance(const QPointF& a, const QPointF& b)
+    {
+        return std::hypot(a.x() - b.x(), a.y() - b.y());
+    }
 };
 
 } // namespace

@@ -1,7 +1,7 @@
+#include "native/tiles/HttpTileSource.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "ScopedConfigOverride.h"
-#include "native/tiles/HttpTileSource.h"
 #include "native/tiles/TileCache.h"
 #include "native/tiles/TileLoader.h"
 #include "support/TestTileServer.h"
@@ -22,8 +22,9 @@ struct Answers
         QObject::connect(source, &TileSource::tileLoaded, [this](TileSource*, TileId tile, QByteArray data) {
             loaded.append({tile, data});
         });
-        QObject::connect(source, &TileSource::tileFailed,
-                         [this](TileSource*, TileId tile, QString error) { failed.append({tile, error}); });
+        QObject::connect(source, &TileSource::tileFailed, [this](TileSource*, TileId tile, QString error) {
+            failed.append({tile, error});
+        });
     }
     int count() const { return loaded.size() + failed.size(); }
     QList<QPair<TileId, QByteArray>> loaded;
@@ -39,7 +40,10 @@ protected:
 
     bool until(const std::function<bool()>& done) { return TestTileServer::processUntil(done); }
     // Lets a few rounds of events through, for checking that something does not happen.
-    void settle() { TestTileServer::processUntil([] { return false; }, 20); }
+    void settle()
+    {
+        TestTileServer::processUntil([] { return false; }, 20);
+    }
 };
 
 } // namespace
@@ -109,7 +113,8 @@ TEST_F(HttpTileSourceTest, BackoffDoublesAndAttemptsRunOut)
     Answers answers(&source);
     source.request(TileId(0, 0, 0));
     for (int expected : {1, 2}) {
-        ASSERT_TRUE(until([&] { return server.requests().size() == expected && source.activeRequests() == 0; }));
+        ASSERT_TRUE(
+            until([&] { return server.requests().size() == expected && source.activeRequests() == 0; }));
         // 400 ms after the first failure, 800 after the second.
         clock.advanceMs(400 * expected - 1);
         source.poll();
@@ -185,8 +190,8 @@ TEST_F(HttpTileSourceTest, ConcurrentRequestsStayWithinTheBoundAndStartInOrder)
         ASSERT_TRUE(until([&] { return answers.count() == x + 1; }));
         EXPECT_LE(server.heldCount(), 2);
     }
-    EXPECT_EQ(server.requestedPaths(),
-              QStringList({"/3/0/0.png", "/3/1/0.png", "/3/2/0.png", "/3/3/0.png", "/3/4/0.png", "/3/5/0.png"}));
+    EXPECT_EQ(server.requestedPaths(), QStringList({"/3/0/0.png", "/3/1/0.png", "/3/2/0.png", "/3/3/0.png",
+                                                    "/3/4/0.png", "/3/5/0.png"}));
 }
 
 TEST_F(HttpTileSourceTest, CancelledTilesAreNeitherAnsweredNorWritten)

@@ -71,8 +71,10 @@ TEST(MBTilesTest, RowsAreStoredBottomUpAndMetadataIsRead)
 
     QHash<TileId, QByteArray> loaded;
     QHash<TileId, QString> failed;
-    QObject::connect(&source, &TileSource::tileLoaded, [&](TileSource*, TileId t, QByteArray d) { loaded[t] = d; });
-    QObject::connect(&source, &TileSource::tileFailed, [&](TileSource*, TileId t, QString e) { failed[t] = e; });
+    QObject::connect(&source, &TileSource::tileLoaded,
+                     [&](TileSource*, TileId t, QByteArray d) { loaded[t] = d; });
+    QObject::connect(&source, &TileSource::tileFailed,
+                     [&](TileSource*, TileId t, QString e) { failed[t] = e; });
     source.request(TileId(3, 2, 0));
     source.request(TileId(3, 2, 7));
     source.request(TileId(0, 0, 0));
@@ -108,7 +110,8 @@ TEST(MBTilesTest, FileThatIsNoTileSetIsReportedAndAnswersWithFailures)
     EXPECT_FALSE(source.isValid());
     ASSERT_EQ(log.records().size(), 1);
     EXPECT_EQ(log.records()[0].level, LogRecord::Error);
-    EXPECT_TRUE(log.records()[0].message.startsWith(QStringLiteral("Cannot read tiles: %1 is not a tile set").arg(path)));
+    EXPECT_TRUE(log.records()[0].message.startsWith(
+        QStringLiteral("Cannot read tiles: %1 is not a tile set").arg(path)));
 
     QString error;
     QObject::connect(&source, &TileSource::tileFailed, [&](TileSource*, TileId, QString e) { error = e; });
@@ -174,7 +177,8 @@ TEST(MBTilesTest, CorruptCacheIsReportedOnceMovedAsideAndRecreated)
         const LogRecord report = log.records()[0];
         EXPECT_EQ(report.level, LogRecord::Error);
         EXPECT_TRUE(report.message.startsWith(QStringLiteral("The tile cache %1 is damaged (").arg(path)));
-        EXPECT_TRUE(report.message.endsWith(QStringLiteral("): moved to %1.corrupt, starting an empty cache").arg(path)))
+        EXPECT_TRUE(report.message.endsWith(
+            QStringLiteral("): moved to %1.corrupt, starting an empty cache").arg(path)))
             << report.message.toStdString();
         EXPECT_TRUE(QFile::exists(path + ".corrupt"));
         EXPECT_EQ(cache.tileCount(), 0);
@@ -228,7 +232,8 @@ TEST(MBTilesTest, WriterKilledMidWriteLeavesAReadableCache)
     EXPECT_TRUE(log.records().isEmpty()) << log.messages().join('\n').toStdString();
     EXPECT_GE(cache.tileCount(), committed + 1);
     for (int i : {0, committed / 2, committed})
-        EXPECT_EQ(cache.read(TileId(12, i % 4096, i / 4096)), bytes(3000 + i % 1000, char('a' + i % 26))) << i;
+        EXPECT_EQ(cache.read(TileId(12, i % 4096, i / 4096)), bytes(3000 + i % 1000, char('a' + i % 26)))
+            << i;
     QSqlQuery check(cache.file().database());
     ASSERT_TRUE(check.exec("PRAGMA integrity_check") && check.next());
     EXPECT_EQ(check.value(0).toString(), "ok");

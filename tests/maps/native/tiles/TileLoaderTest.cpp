@@ -1,8 +1,8 @@
+#include "native/tiles/TileLoader.h"
 #include "ManualClock.h"
 #include "ScopedConfigOverride.h"
 #include "native/tiles/GeneratedTilePainter.h"
 #include "native/tiles/GeneratedTileSource.h"
-#include "native/tiles/TileLoader.h"
 #include "support/TestTileServer.h"
 
 #include <QBuffer>
@@ -174,7 +174,8 @@ TEST(GeneratedTileTest, MapsShowLandWaterParksAndStreetsWithNamesOnlyClose)
             for (int x = 0; x < image.width(); ++x) {
                 const QRgb p = image.pixel(x, y);
                 n += qAbs(qRed(p) - qRed(colour)) + qAbs(qGreen(p) - qGreen(colour)) +
-                         qAbs(qBlue(p) - qBlue(colour)) <= 6;
+                         qAbs(qBlue(p) - qBlue(colour)) <=
+                     6;
             }
         }
         return double(n) / (image.width() * image.height());
@@ -213,14 +214,16 @@ TEST(GeneratedTileTest, TestPatternIsOneColourInsideABorder)
     EXPECT_EQ(image.pixel(0, 0), GeneratedTilePainter::testPatternBorderColor().rgb());
     EXPECT_EQ(image.pixel(63, 3), GeneratedTilePainter::testPatternBorderColor().rgb());
     EXPECT_EQ(image.pixel(5, 5), GeneratedTilePainter::testPatternColor(tile).rgb());
-    EXPECT_NE(GeneratedTilePainter::testPatternColor(tile), GeneratedTilePainter::testPatternColor(TileId(5, 8, 9)));
+    EXPECT_NE(GeneratedTilePainter::testPatternColor(tile),
+              GeneratedTilePainter::testPatternColor(TileId(5, 8, 9)));
 }
 
 TEST(GeneratedTileTest, SourceDeliversPngsAndSkipsCancelledTiles)
 {
     GeneratedTileSource source(GeneratedTilePainter::TestPattern);
     QHash<TileId, QByteArray> loaded;
-    QObject::connect(&source, &TileSource::tileLoaded, [&](TileSource*, TileId t, QByteArray d) { loaded[t] = d; });
+    QObject::connect(&source, &TileSource::tileLoaded,
+                     [&](TileSource*, TileId t, QByteArray d) { loaded[t] = d; });
     source.request(TileId(3, 1, 1));
     source.request(TileId(3, 2, 1));
     source.cancel(TileId(3, 2, 1));
