@@ -186,7 +186,8 @@ void StyleManager::markChanged(Style::StyleData* data)
     dispatchChanged(evaluator.finished(), &affected);
 }
 
-void StyleManager::dispatchChanged(const QList<Style::StyleData*>& evaluated, const QSet<Style::StyleData*>* only)
+void StyleManager::dispatchChanged(const QList<Style::StyleData*>& evaluated,
+                                   const QSet<Style::StyleData*>* only)
 {
     ++mDispatching;
     for (Style::StyleData* data : evaluated) {

@@ -176,7 +176,9 @@ TEST_F(StyleLifetimeTest, AMillionTransientStylesKeepMemoryFlat)
                           : 1000000;
     const auto make = [](int i) {
         // Every 16th names a style that no file defines, which registers a placeholder.
-        return i % 16 ? QStringLiteral("Panel; Width:%1; Color:#%2").arg(i).arg(i % 4096, 3, 16, QLatin1Char('0'))
+        return i % 16 ? QStringLiteral("Panel; Width:%1; Color:#%2")
+                            .arg(i)
+                            .arg(i % 4096, 3, 16, QLatin1Char('0'))
                       : QStringLiteral("Undefined%1; Height:%2").arg(i).arg(i % 100);
     };
     const int warmUp = 50000;
