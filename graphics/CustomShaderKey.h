@@ -1,10 +1,12 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 namespace gfx {
 
-// Names a fragment shader registered with ShaderCache::registerCustomShader; the
-// null key means the usage's own shader.
-class CustomShaderKey
+/// Names a fragment shader registered with ShaderCache::registerCustomShader; the
+/// null key means the usage's own shader.
+class ORBIS_UI_EXPORT CustomShaderKey
 {
 public:
     CustomShaderKey() = default;

@@ -8,6 +8,8 @@
 
 #include <Logger.h>
 
+static const char* const kLogSource = "graphics/DisplayList";
+
 namespace gfx {
 
 ConfigBoolValue OptimizeDisplayLists("gfx/optimize_display_lists", true);
@@ -40,7 +42,7 @@ void DisplayList::optimize()
 void DisplayList::render(const RenderState& state)
 {
     if (!mOptimized)
-        Logger::error(QStringLiteral("Attempting to render unoptimized DisplayList"));
+        ORBIS_ERROR(QStringLiteral("Attempting to render unoptimized DisplayList"));
     gfx::render(state, this);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <ConfigValue.h>
 #include <QRegion>
 #include <QSharedData>
@@ -8,22 +10,22 @@
 
 namespace gfx {
 
-// "gfx/optimize_display_lists": off, lists are drawn as built (no hidden-surface
-// removal, merging or substitution), to tell an optimiser fault from a drawing one.
-extern ConfigBoolValue OptimizeDisplayLists;
+/// "gfx/optimize_display_lists": off, lists are drawn as built (no hidden-surface
+/// removal, merging or substitution), to tell an optimiser fault from a drawing one.
+extern ORBIS_UI_EXPORT ConfigBoolValue OptimizeDisplayLists;
 
 class RenderItem;
 class VertexBuffer;
 struct RenderState;
 
-// An ordered list of render items (owned), optimised once and then replayed any
-// number of times. Shared explicitly (TExplicitlySharedDataPointer).
-class DisplayList : public QSharedData
+/// An ordered list of render items (owned), optimised once and then replayed any
+/// number of times. Shared explicitly (TExplicitlySharedDataPointer).
+class ORBIS_UI_EXPORT DisplayList : public QSharedData
 {
 public:
     DisplayList();
-    // Takes the items over (`items` is left empty). `allowSubstitution` lets the
-    // optimiser fold solid fills under large translucent textures into their shader.
+    /// Takes the items over (`items` is left empty). `allowSubstitution` lets the
+    /// optimiser fold solid fills under large translucent textures into their shader.
     DisplayList(QVector<RenderItem*>& items, bool allowSubstitution);
     ~DisplayList();
     DisplayList(const DisplayList&) = delete;
@@ -31,18 +33,18 @@ public:
 
     void optimize();
     void render(const RenderState& state);
-    // Writes every geometry into the list's vertex buffer and replaces each
-    // geometry item by a slice of that buffer.
+    /// Writes every geometry into the list's vertex buffer and replaces each
+    /// geometry item by a slice of that buffer.
     void generateGeometry(const QRegion& covered);
     VertexBuffer* initOrGetVertexBuffer();
 
     const QVector<RenderItem*>& items() const { return mItems; }
-    // Items that the optimiser found wholly hidden, at their places in items()
-    // (empty elsewhere); drawn only when the list is drawn with an opacity below 1.
+    /// Items that the optimiser found wholly hidden, at their places in items()
+    /// (empty elsewhere); drawn only when the list is drawn with an opacity below 1.
     const QVector<RenderItem*>& hiddenItems() const { return mHidden; }
     bool isOptimized() const { return mOptimized; }
     bool allowsSubstitution() const { return mAllowSubstitution; }
-    // The area that opaque items cover, known once optimised.
+    /// The area that opaque items cover, known once optimised.
     const QRegion& coveredRegion() const { return mCovered; }
 
 private:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <qopengl.h>
 
 // The GL calls of the engine, one table. Each entry: return type, name, parameter
@@ -81,10 +83,10 @@
 
 namespace gfx {
 
-// The one road from the engine to the GL driver. The default implementation
-// forwards to the current context's QOpenGLFunctions; tests and benchmarks
-// install a recorder in front of it to see what reaches the driver.
-class GLFunctions
+/// The one road from the engine to the GL driver. The default implementation
+/// forwards to the current context's QOpenGLFunctions; tests and benchmarks
+/// install a recorder in front of it to see what reaches the driver.
+class ORBIS_UI_EXPORT GLFunctions
 {
 public:
     virtual ~GLFunctions() = default;
@@ -94,10 +96,10 @@ public:
     ORBIS_GL_QUERIES(ORBIS_GL_DECLARE)
 #undef ORBIS_GL_DECLARE
 
-    // The installed implementation (never null).
+    /// The installed implementation (never null).
     static GLFunctions* current();
-    // Installs `functions` (not owned) and returns the previous one; nullptr
-    // restores the forwarding default.
+    /// Installs `functions` (not owned) and returns the previous one; nullptr
+    /// restores the forwarding default.
     static GLFunctions* install(GLFunctions* functions);
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <qopengl.h>
 
 namespace gfx {
@@ -14,7 +16,7 @@ namespace gfx {
 #define GL_TEXTURE_BINDING_2D_ARRAY 0x8C1D
 #endif
 
-// One cached piece of GL state; an invalid entry is never compared nor applied.
+/// One cached piece of GL state; an invalid entry is never compared nor applied.
 template <typename T> struct GLCached
 {
     T value{};
@@ -28,7 +30,7 @@ template <typename T> struct GLCached
     }
 };
 
-struct GLAttribState
+struct ORBIS_UI_EXPORT GLAttribState
 {
     GLCached<bool> enabled;
     GLCached<GLint> size;
@@ -37,8 +39,8 @@ struct GLAttribState
     GLCached<quint64> pointer;
 };
 
-// Scissor box as inclusive corners.
-struct GLScissorBox
+/// Scissor box as inclusive corners.
+struct ORBIS_UI_EXPORT GLScissorBox
 {
     int x1 = 0;
     int y1 = 0;
@@ -50,8 +52,8 @@ struct GLScissorBox
     }
 };
 
-// A record of the GL state that the engine caches, in a fixed order.
-class GLState
+/// A record of the GL state that the engine caches, in a fixed order.
+class ORBIS_UI_EXPORT GLState
 {
 public:
     static constexpr int kAttribCount = 5;
@@ -60,13 +62,13 @@ public:
     GLState(const GLState&) = default;
     GLState& operator=(const GLState&) = default;
 
-    // Fills the entries from the driver and marks them valid.
+    /// Fills the entries from the driver and marks them valid.
     void read();
-    // Pushes every valid entry to the driver.
+    /// Pushes every valid entry to the driver.
     void apply() const;
     void clearToInvalid() { *this = GLState(); }
 
-    // The entry caching capability `cap`, or nullptr when it is not cached.
+    /// The entry caching capability `cap`, or nullptr when it is not cached.
     GLCached<bool>* capability(GLenum cap);
 
     GLCached<bool> blend;

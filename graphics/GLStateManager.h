@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "GLState.h"
 
 #include <Singleton.h>
@@ -8,10 +9,10 @@ namespace gfx {
 
 class GLFunctions;
 
-// The process-wide mirror of what the driver holds. Every request is compared with
-// the cached entry and reaches the driver only when the entry is invalid or differs.
-// Code that calls GL behind its back must call clearToInvalid() afterwards.
-class GLStateManager
+/// The process-wide mirror of what the driver holds. Every request is compared with
+/// the cached entry and reaches the driver only when the entry is invalid or differs.
+/// Code that calls GL behind its back must call clearToInvalid() afterwards.
+class ORBIS_UI_EXPORT GLStateManager
 {
 public:
     static GLStateManager* instance() { return Singleton<GLStateManager>::instance(); }
@@ -31,7 +32,7 @@ public:
         bindTexture(GL_TEXTURE_2D_ARRAY, mState.textureArray2D, texture);
     }
     void glActiveTexture(GLenum unit);
-    // Normalisation is always GL_FALSE: every attribute of the engine is float.
+    /// Normalisation is always GL_FALSE: every attribute of the engine is float.
     void glVertexAttribPointer(GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride,
                                const void* pointer);
     void glEnableVertexAttribArray(GLuint index) { setAttribEnabled(index, true); }
@@ -39,13 +40,13 @@ public:
     void glBindBufferArray(GLuint buffer);
     void glScissor(int x, int y, int width, int height);
 
-    // Texture bindings are cached for one unit only; code that binds on another
-    // unit forgets them so that the next binding reaches the driver.
+    /// Texture bindings are cached for one unit only; code that binds on another
+    /// unit forgets them so that the next binding reaches the driver.
     void forgetTextureBindings();
 
     void clearToInvalid() { mState.clearToInvalid(); }
 
-    // Requests received and those passed to the driver, for frame statistics.
+    /// Requests received and those passed to the driver, for frame statistics.
     quint64 requests() const { return mRequests; }
     quint64 forwarded() const { return mForwarded; }
     const GLState& state() const { return mState; }

@@ -11,6 +11,8 @@
 #include <QImageReader>
 #include <stb_image.h>
 
+static const char* const kLogSource = "graphics/GLUtils";
+
 namespace gfx {
 
 namespace {
@@ -19,7 +21,7 @@ quint64 gTrackedBytes = 0;
 
 bool failed(const QString& fileName, const QString& reason)
 {
-    Logger::error(QStringLiteral("Cannot load texture %1: %2").arg(fileName, reason));
+    ORBIS_ERROR(QStringLiteral("Cannot load texture %1: %2").arg(fileName, reason));
     return false;
 }
 
@@ -103,7 +105,7 @@ bool GLUtils::upload(const QImage& image, GLuint& id, quint64& bytes, TextureFea
     id = 0;
     bytes = 0;
     if (image.isNull()) {
-        Logger::error(QStringLiteral("Cannot upload a null image"));
+        ORBIS_ERROR(QStringLiteral("Cannot upload a null image"));
         return false;
     }
     const QImage rgba = image.convertToFormat(QImage::Format_RGBA8888_Premultiplied);

@@ -12,6 +12,8 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
+static const char* const kLogSource = "graphics/GlyphCache";
+
 namespace gfx {
 
 namespace {
@@ -40,7 +42,7 @@ GlyphCache::GlyphCache()
     if (FT_Init_FreeType(&library) == 0)
         mLibrary = library;
     else
-        Logger::error(QStringLiteral("FreeType cannot be initialised"));
+        ORBIS_ERROR(QStringLiteral("FreeType cannot be initialised"));
     TextureCache::instance()->setGlyphPageSource(this);
 }
 
@@ -63,7 +65,7 @@ int GlyphCache::face(const QString& fileName, int index)
     FT_Face face = nullptr;
     if (!mLibrary || FT_New_Face(static_cast<FT_Library>(mLibrary), QFile::encodeName(fileName).constData(),
                                  index, &face) != 0) {
-        Logger::warn(QStringLiteral("Cannot load font %1").arg(fileName));
+        ORBIS_WARN(QStringLiteral("Cannot load font %1").arg(fileName));
         mFaceIds.insert(id, -1);
         return -1;
     }

@@ -145,7 +145,7 @@ void GraphicsPaintEngine::setCompositionMode(QPainter::CompositionMode mode)
             return;
         }
     }
-    Logger::warn(QStringLiteral("Unsupported composition mode"));
+    ORBIS_WARN(QStringLiteral("Unsupported composition mode"));
 }
 
 void GraphicsPaintEngine::updateClip(const QPaintEngineState& state)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TextureKey.h"
 
 #include <QFlags>
@@ -10,11 +11,11 @@ class QPixmap;
 
 namespace gfx {
 
-// A nine-patch: a picture cut by two vertical and two horizontal lines. Drawn into
-// a rectangle, the corners keep their size, the edges stretch along their side
-// and the centre stretches both ways; corners shrink evenly when the rectangle is
-// smaller than the two of them.
-class ImageSlice
+/// A nine-patch: a picture cut by two vertical and two horizontal lines. Drawn into
+/// a rectangle, the corners keep their size, the edges stretch along their side
+/// and the centre stretches both ways; corners shrink evenly when the rectangle is
+/// smaller than the two of them.
+class ORBIS_UI_EXPORT ImageSlice
 {
 public:
     enum Slice
@@ -33,9 +34,9 @@ public:
     Q_DECLARE_FLAGS(Slices, Slice)
 
     ImageSlice() = default;
-    // `cuts`: how far each cut line lies from its edge, in picture pixels.
+    /// `cuts`: how far each cut line lies from its edge, in picture pixels.
     ImageSlice(const TextureKey& texture, const QSize& size, const QMargins& cuts, bool hasAlpha);
-    // Through the texture cache.
+    /// Through the texture cache.
     ImageSlice(const QPixmap& pixmap, const QMargins& cuts);
 
     bool isNull() const { return mTexture.isNull() || mSize.isEmpty(); }
@@ -44,7 +45,7 @@ public:
     const QMargins& cuts() const { return mCuts; }
     bool hasAlpha() const { return mHasAlpha; }
 
-    // The part's rectangle in the picture, and where it lands in `target`.
+    /// The part's rectangle in the picture, and where it lands in `target`.
     QRect source(Slice slice) const;
     QRect target(Slice slice, const QRect& target) const;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "ShaderUsage.h"
 
 #include <QRect>
@@ -7,8 +8,8 @@
 
 namespace gfx {
 
-// One GL draw or one nested list, in device coordinates.
-class RenderItem
+/// One GL draw or one nested list, in device coordinates.
+class ORBIS_UI_EXPORT RenderItem
 {
 public:
     enum Type : quint32
@@ -17,7 +18,7 @@ public:
         kGeometry = 2,
         kCustom = 3,
         kSlice = 4,
-        // Passed over by the optimiser.
+        /// Passed over by the optimiser.
         kSkipped = 5,
     };
 
@@ -26,14 +27,14 @@ public:
     RenderItem(const RenderItem&) = delete;
     RenderItem& operator=(const RenderItem&) = delete;
 
-    // Sets the rectangles from the item's own: `bounds` through the usage's
-    // matrix, `opaqueRect` only where the matrix keeps rectangles rectangular.
+    /// Sets the rectangles from the item's own: `bounds` through the usage's
+    /// matrix, `opaqueRect` only where the matrix keeps rectangles rectangular.
     void computeRects(const QRect& local, const QRect& opaqueArea);
 
-    // `rect` through `matrix`, widened to every pixel that it touches.
+    /// `rect` through `matrix`, widened to every pixel that it touches.
     static QRect mappedBounds(const QMatrix4x4& matrix, const QRect& rect);
-    // `rect` through `matrix` (which keeps rectangles rectangular), narrowed to
-    // the pixels that lie wholly inside it.
+    /// `rect` through `matrix` (which keeps rectangles rectangular), narrowed to
+    /// the pixels that lie wholly inside it.
     static QRect mappedInterior(const QMatrix4x4& matrix, const QRect& rect);
 
     std::unique_ptr<ShaderUsage> shaderUsage;

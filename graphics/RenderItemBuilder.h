@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "CustomShaderKey.h"
 #include "Geometry.h"
 #include "ImageSlice.h"
@@ -25,10 +26,10 @@ class ICustomRenderer;
 class RenderItem;
 class ShaderUsage;
 
-// Appends render items, one per call, clipped to the builder's clip region. The
-// current opacity and blend factors go onto every item appended after they are
-// set. Items are owned until taken (or handed to a display list).
-class RenderItemBuilder
+/// Appends render items, one per call, clipped to the builder's clip region. The
+/// current opacity and blend factors go onto every item appended after they are
+/// set. Items are owned until taken (or handed to a display list).
+class ORBIS_UI_EXPORT RenderItemBuilder
 {
 public:
     RenderItemBuilder();
@@ -46,7 +47,7 @@ public:
     void setOpacity(float opacity) { mOpacity = opacity; }
     void setBlendFunc(GLenum source, GLenum destination);
     bool hasClip() const { return mHasClip; }
-    // Replaces the clip for the items appended from now on; clearClip() lifts it.
+    /// Replaces the clip for the items appended from now on; clearClip() lifts it.
     void setClip(const QRegion& clip)
     {
         mClip = clip;
@@ -69,62 +70,62 @@ public:
                           const TexCoordInsets& insets = TexCoordInsets());
     void drawTexturedRect(const QRect& rect, const TextureKey& key, const TextureKey& second, bool blend,
                           const CustomShaderKey& shader, const TexCoordInsets& insets = TexCoordInsets());
-    // `source` in texture pixels.
+    /// `source` in texture pixels.
     void drawTexturedRect(const QRect& target, const TextureKey& key, const QRect& source, bool blend);
-    // The texture spans `textureRect`; only the region's part of it is drawn.
+    /// The texture spans `textureRect`; only the region's part of it is drawn.
     void drawTexturedRegion(const QRegion& region, const QRect& textureRect, const TextureKey& key,
                             bool blend);
     void drawTexturedShape(const Shape& shape, const TextureKey& key, const QMatrix4x4& matrix, bool blend,
                            const CustomShaderKey& shader = CustomShaderKey());
     void drawMultiTexturedShape(const Shape& shape, const TextureKey& first, const TextureKey& second,
                                 float mix);
-    // `matrix` moves the shape on the GPU, as for drawTexturedShape.
+    /// `matrix` moves the shape on the GPU, as for drawTexturedShape.
     void drawMaskedTexturedShape(const Shape& shape, const TextureKey& key, const TextureKey& mask,
                                  const CustomShaderKey& shader, const QMatrix4x4& matrix = QMatrix4x4());
     void drawColorTexturedShape(const Shape& shape, const TextureKey& key, const QColor& color);
 
-    // Glyphs on the baseline at (`x`, `y`) in device pixels; a non-null `clip`
-    // cuts them besides the builder's clip. One item per glyph atlas page.
+    /// Glyphs on the baseline at (`x`, `y`) in device pixels; a non-null `clip`
+    /// cuts them besides the builder's clip. One item per glyph atlas page.
     void drawGlyphRun(const GlyphRun& run, float x, float y, const QColor& color,
                       const QRect& clip = QRect());
-    // Each glyph at its own baseline position (device pixels).
+    /// Each glyph at its own baseline position (device pixels).
     void drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions, const QColor& color,
                       const QRect& clip = QRect());
 
-    // The chosen parts of a nine-patch in `target` (device pixels), cut to
-    // `clip` as well when the shape is not empty.
+    /// The chosen parts of a nine-patch in `target` (device pixels), cut to
+    /// `clip` as well when the shape is not empty.
     void drawImageSlice(const QRect& target, const Shape& clip, const ImageSlice& slice,
                         QFlags<ImageSlice::Slice> parts);
 
-    // Fills a path in device coordinates by its fill rule.
+    /// Fills a path in device coordinates by its fill rule.
     void fillPath(const QPainterPath& path, const QColor& color);
-    // A polyline widened by `props`, in device coordinates.
+    /// A polyline widened by `props`, in device coordinates.
     void stroke(const QVector<QVector2D>& points, const Geometry::StrokeProps& props, const QColor& color,
                 const CustomShaderKey& shader = CustomShaderKey());
-    // Polylines `width` wide with flat ends, through `processor`'s transform when
-    // one is given, closed back to their first point when `closed`. A texture
-    // repeats over the screen under them, modulated by the colour.
+    /// Polylines `width` wide with flat ends, through `processor`'s transform when
+    /// one is given, closed back to their first point when `closed`. A texture
+    /// repeats over the screen under them, modulated by the colour.
     void drawLines(const QVector<QVector<QVector2D>>& lines, float width, const QColor& color,
                    const TextureKey& texture, bool closed, GraphicsPathProcessor* processor,
                    const CustomShaderKey& shader = CustomShaderKey());
     void drawLine(const QVector2D& from, const QVector2D& to, float width, const QColor& color);
-    // The area that `outline` (device coordinates) encloses, by its fill rule,
-    // drawn with `usage` (owned from here).
+    /// The area that `outline` (device coordinates) encloses, by its fill rule,
+    /// drawn with `usage` (owned from here).
     void fillOutline(const QPainterPath& outline, ShaderUsage* usage);
 
-    // The same, antialiased: the area's coverage, rasterised into an alpha texture,
-    // tints `color`.
+    /// The same, antialiased: the area's coverage, rasterised into an alpha texture,
+    /// tints `color`.
     void fillOutlineAntialiased(const QPainterPath& outline, const QColor& color);
 
-    // Takes ownership of both.
+    /// Takes ownership of both.
     void drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader);
 
     void drawDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list, const QRect& target,
                          const QRect& source, bool blend, const QMatrix4x4& matrix = QMatrix4x4());
-    // The list's (0, 0)-based content drawn into `viewport`, unscaled.
+    /// The list's (0, 0)-based content drawn into `viewport`, unscaled.
     void drawViewportDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list, const QRect& viewport,
                                  bool blend);
-    // `opaque` promises that the renderer covers `target` with opaque pixels.
+    /// `opaque` promises that the renderer covers `target` with opaque pixels.
     void drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target, const QRect& source,
                                 bool opaque);
 

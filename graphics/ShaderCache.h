@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "CustomShaderKey.h"
 
 #include <QByteArray>
@@ -11,8 +12,8 @@ namespace gfx {
 
 class ShaderProgram;
 
-// Compiles each program once, on first use, and keeps it for the context's life.
-class ShaderCache
+/// Compiles each program once, on first use, and keeps it for the context's life.
+class ORBIS_UI_EXPORT ShaderCache
 {
 public:
     enum Builtin
@@ -30,17 +31,17 @@ public:
     ~ShaderCache();
 
     ShaderProgram* program(Builtin builtin);
-    // The custom program when `key` is set, else the builtin one.
+    /// The custom program when `key` is set, else the builtin one.
     ShaderProgram* program(const CustomShaderKey& key, Builtin fallback);
 
-    // A fragment shader that sees the builtin uniforms it declares (uMatrix in the
-    // vertex stage; uTexture, uTexture1, uColor, uOpacity, uMix) and vTexCoord.
+    /// A fragment shader that sees the builtin uniforms it declares (uMatrix in the
+    /// vertex stage; uTexture, uTexture1, uColor, uOpacity, uMix) and vTexCoord.
     CustomShaderKey registerCustomShader(const QByteArray& fragmentSource);
-    // Whether the custom shader may leave pixels undrawn ("discard").
+    /// Whether the custom shader may leave pixels undrawn ("discard").
     bool discards(const CustomShaderKey& key) const;
 
     int compiledCount() const { return mPrograms.size(); }
-    // Deletes every program; the context must be current (before it goes away).
+    /// Deletes every program; the context must be current (before it goes away).
     void releaseAll();
 
 private:

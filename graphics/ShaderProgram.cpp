@@ -6,6 +6,8 @@
 #include <QColor>
 #include <QMatrix4x4>
 
+static const char* const kLogSource = "graphics/ShaderProgram";
+
 namespace gfx {
 
 namespace {
@@ -44,7 +46,7 @@ ShaderProgram::ShaderProgram(const QString& name, const QByteArray& vertexSource
     GLint linked = GL_FALSE;
     f->glGetProgramiv(program, GL_LINK_STATUS, &linked);
     if (!linked) {
-        Logger::error(
+        ORBIS_ERROR(
             QStringLiteral("Shader program %1 failed to link: %2").arg(mName, infoLog(f, program, true)));
         f->glDeleteProgram(program);
         return;
@@ -72,8 +74,7 @@ GLuint ShaderProgram::compile(GLenum type, const QByteArray& source)
     GLint compiled = GL_FALSE;
     f->glGetShaderiv(shader, GL_COMPILE_STATUS, &compiled);
     if (!compiled) {
-        Logger::error(
-            QStringLiteral("Shader %1 failed to compile: %2").arg(mName, infoLog(f, shader, false)));
+        ORBIS_ERROR(QStringLiteral("Shader %1 failed to compile: %2").arg(mName, infoLog(f, shader, false)));
         f->glDeleteShader(shader);
         return 0;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
@@ -11,16 +13,16 @@ class QMatrix4x4;
 
 namespace gfx {
 
-// A linked GLSL ES 1.00 program with attribute 0 "aPosition" and 1 "aTexCoord".
-// Uniform locations are looked up once; setters ignore uniforms the program lacks,
-// so that custom shaders may use any subset, and values the program already holds.
-class ShaderProgram
+/// A linked GLSL ES 1.00 program with attribute 0 "aPosition" and 1 "aTexCoord".
+/// Uniform locations are looked up once; setters ignore uniforms the program lacks,
+/// so that custom shaders may use any subset, and values the program already holds.
+class ORBIS_UI_EXPORT ShaderProgram
 {
 public:
     ShaderProgram(const QString& name, const QByteArray& vertexSource, const QByteArray& fragmentSource);
-    // Forgets the GL name without deleting it: the context may be gone already.
+    /// Forgets the GL name without deleting it: the context may be gone already.
     ~ShaderProgram() = default;
-    // Deletes the GL program (the context must be current).
+    /// Deletes the GL program (the context must be current).
     void release();
     ShaderProgram(const ShaderProgram&) = delete;
     ShaderProgram& operator=(const ShaderProgram&) = delete;
@@ -32,13 +34,13 @@ public:
     GLint uniformLocation(const char* name);
     void setUniform(const char* name, int value);
     void setUniform(const char* name, float value);
-    // Premultiplies the colour and scales it by `opacity`.
+    /// Premultiplies the colour and scales it by `opacity`.
     void setUniform(const char* name, const QColor& color, float opacity);
     void setUniform(const char* name, const QMatrix4x4& matrix);
 
 private:
     GLuint compile(GLenum type, const QByteArray& source);
-    // Records the value; false when the location is absent or already holds it.
+    /// Records the value; false when the location is absent or already holds it.
     bool changes(GLint location, const float* values, int count);
 
     QString mName;

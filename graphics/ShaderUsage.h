@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "CustomShaderKey.h"
 #include "ShaderCache.h"
 #include "TextureKey.h"
@@ -14,9 +15,9 @@ namespace gfx {
 class ShaderProgram;
 struct RenderState;
 
-// The program a render item draws with, its uniforms and textures, and the item's
-// model matrix. Colours are premultiplied when they reach the shader.
-class ShaderUsage
+/// The program a render item draws with, its uniforms and textures, and the item's
+/// model matrix. Colours are premultiplied when they reach the shader.
+class ORBIS_UI_EXPORT ShaderUsage
 {
 public:
     explicit ShaderUsage(ShaderCache::Builtin builtin, const QVector<TextureKey>& textures = {},
@@ -25,10 +26,10 @@ public:
     {}
     virtual ~ShaderUsage() = default;
 
-    // Whether items drawn with `other` can share one draw with this one.
+    /// Whether items drawn with `other` can share one draw with this one.
     virtual bool equals(const ShaderUsage* other) const;
-    // Makes the program current with its uniforms and textures. False when there
-    // is nothing to draw (no program, or a texture without pixels).
+    /// Makes the program current with its uniforms and textures. False when there
+    /// is nothing to draw (no program, or a texture without pixels).
     virtual bool bind(const RenderState& state);
     virtual bool needsBlending() const = 0;
     virtual ShaderProgram* shader(const RenderState& state) const;
@@ -37,16 +38,16 @@ public:
     void setOpacity(float opacity) { mOpacity = opacity; }
     const QMatrix4x4& matrix() const { return mMatrix; }
     void setMatrix(const QMatrix4x4& matrix);
-    // True when the matrix was never set, or equals the identity element by element.
+    /// True when the matrix was never set, or equals the identity element by element.
     bool isIdentity() const;
     const CustomShaderKey& customShader() const { return mCustomShader; }
     void setCustomShader(const CustomShaderKey& key) { mCustomShader = key; }
-    // Blend factors for premultiplied colours (source over by default).
+    /// Blend factors for premultiplied colours (source over by default).
     GLenum blendSource() const { return mBlendSource; }
     GLenum blendDestination() const { return mBlendDestination; }
     void setBlendFunc(GLenum source, GLenum destination);
-    // Whether the blend factors read the destination even for opaque sources (any
-    // composition other than source-over and source): such usages always blend.
+    /// Whether the blend factors read the destination even for opaque sources (any
+    /// composition other than source-over and source): such usages always blend.
     bool blendReadsDestination() const
     {
         return mBlendSource != GL_ONE ||

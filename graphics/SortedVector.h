@@ -5,8 +5,8 @@
 
 namespace gfx {
 
-// (key, value) pairs kept sorted by key and searched by binary search: small and
-// cache-friendly for lookups, at the price of shifting on insertion.
+/// (key, value) pairs kept sorted by key and searched by binary search: small and
+/// cache-friendly for lookups, at the price of shifting on insertion.
 template <typename Pair> class sorted_vector
 {
 public:
@@ -18,7 +18,7 @@ public:
         iterator it = lowerBound(key);
         return it != mItems.end() && it->first == key ? it : mItems.end();
     }
-    // Inserts or replaces the pair with the same key.
+    /// Inserts or replaces the pair with the same key.
     void insert(const Pair& pair)
     {
         iterator it = lowerBound(pair.first);

@@ -9,8 +9,8 @@
 
 namespace gfx {
 
-// A least-recently-used store: entries in a list by use, most recent at the front,
-// found through an index of (key, list position) pairs.
+/// A least-recently-used store: entries in a list by use, most recent at the front,
+/// found through an index of (key, list position) pairs.
 template <typename Key, typename Value, typename Lock = NullLock,
           template <typename> class Index = sorted_vector>
 class TLRUCache
@@ -18,10 +18,10 @@ class TLRUCache
     using List = std::list<std::pair<Key, Value>>;
 
 public:
-    // A stored entry's place in the use list, valid until the entry leaves.
+    /// A stored entry's place in the use list, valid until the entry leaves.
     using Handle = typename List::iterator;
 
-    // The value under `key` moved to the front, or nullptr.
+    /// The value under `key` moved to the front, or nullptr.
     Value* find(const Key& key)
     {
         std::lock_guard<Lock> guard(mLock);
@@ -31,13 +31,13 @@ public:
         mList.splice(mList.begin(), mList, it->second);
         return &it->second->second;
     }
-    // Moves a stored entry to the front without searching the index.
+    /// Moves a stored entry to the front without searching the index.
     void touch(Handle handle)
     {
         std::lock_guard<Lock> guard(mLock);
         mList.splice(mList.begin(), mList, handle);
     }
-    // Inserts at the front, replacing an entry with the same key.
+    /// Inserts at the front, replacing an entry with the same key.
     Handle insert(const Key& key, const Value& value)
     {
         std::lock_guard<Lock> guard(mLock);
@@ -48,7 +48,7 @@ public:
         mIndex.insert({key, mList.begin()});
         return mList.begin();
     }
-    // Removes the least recently used entry into `out`; false when empty.
+    /// Removes the least recently used entry into `out`; false when empty.
     bool takeLast(std::pair<Key, Value>& out)
     {
         std::lock_guard<Lock> guard(mLock);

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 namespace gfx {
 
-// How far the sampled area lies inside the texture, per edge, in texture
-// coordinates (0 = the texture's own edge).
-struct TexCoordInsets
+/// How far the sampled area lies inside the texture, per edge, in texture
+/// coordinates (0 = the texture's own edge).
+struct ORBIS_UI_EXPORT TexCoordInsets
 {
     float left = 0;
     float top = 0;

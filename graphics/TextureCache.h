@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TLRUCache.h"
 #include "TextureFeature.h"
 #include "TextureKey.h"
@@ -18,13 +19,13 @@ class IGlyphPageSource;
 class TextureKeyDataCached;
 class TextureKeyDataGlyph;
 
-extern ConfigIntValue TextureCacheSize;
-extern ConfigIntValue TextureCacheElasticity;
+extern ORBIS_UI_EXPORT ConfigIntValue TextureCacheSize;
+extern ORBIS_UI_EXPORT ConfigIntValue TextureCacheElasticity;
 
-// Owns every cached GL texture. Textures are uploaded on the first bind of their
-// key, kept in a least-recently-used store bounded by bytes, evicted in bursts
-// beyond the budget, and deleted in one batch between frames. GUI thread only.
-class TextureCache
+/// Owns every cached GL texture. Textures are uploaded on the first bind of their
+/// key, kept in a least-recently-used store bounded by bytes, evicted in bursts
+/// beyond the budget, and deleted in one batch between frames. GUI thread only.
+class ORBIS_UI_EXPORT TextureCache
 {
 public:
     struct TextureEntry;
@@ -37,8 +38,8 @@ public:
         int mWidth = 0;
         int mHeight = 0;
         quint64 mSize = 0;
-        // Where the entry sits in the store while it is there: a key that already
-        // holds its entry is moved to the front without a search.
+        /// Where the entry sits in the store while it is there: a key that already
+        /// holds its entry is moved to the front without a search.
         bool mStored = false;
         Store::Handle mPosition;
     };
@@ -54,22 +55,22 @@ public:
     TextureKey addOrLookup(const QImage& image, TextureFeatures features = TextureFeature::None);
     TextureKey addOrLookup(QString fileName, TextureFeatures features = TextureFeature::None);
 
-    // Leaves the texture bound on the current unit. False when there is nothing to
-    // sample (a null key, or pixels that could not be uploaded).
+    /// Leaves the texture bound on the current unit. False when there is nothing to
+    /// sample (a null key, or pixels that could not be uploaded).
     bool bind(const TextureKey& key);
     bool bind(TextureKeyDataCached* key);
     bool bind(TextureKeyDataGlyph* key);
 
     TextureKey glyphCachePage(unsigned int page);
-    // The glyph cache installs itself here (not owned); nullptr detaches it.
+    /// The glyph cache installs itself here (not owned); nullptr detaches it.
     void setGlyphPageSource(IGlyphPageSource* source);
 
     void destroyExpiredTextures();
-    // Drops every stored entry (their textures expire unless keys still hold them).
+    /// Drops every stored entry (their textures expire unless keys still hold them).
     void clear();
 
-    // Changes the budget at run time (0 = unbounded), evicting at once if the
-    // store is now over it.
+    /// Changes the budget at run time (0 = unbounded), evicting at once if the
+    /// store is now over it.
     void setMaxSizeMb(int megabytes);
     quint64 maxSize() const { return mMaxSize; }
     quint64 elasticity() const { return mElasticity; }

@@ -1,14 +1,15 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TextureKeyData.h"
 
 #include <QExplicitlySharedDataPointer>
 
 namespace gfx {
 
-// A small shared handle on where a texture's pixels come from; render items hold
-// keys, never GL names.
-class TextureKey
+/// A small shared handle on where a texture's pixels come from; render items hold
+/// keys, never GL names.
+class ORBIS_UI_EXPORT TextureKey
 {
 public:
     TextureKey() = default;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QImage>
 #include <QSharedData>
 #include <QSize>
@@ -7,8 +9,8 @@
 
 namespace gfx {
 
-// Where the pixels of a texture come from. Keys are compared by kind and cache key.
-class TextureKeyData : public QSharedData
+/// Where the pixels of a texture come from. Keys are compared by kind and cache key.
+class ORBIS_UI_EXPORT TextureKeyData : public QSharedData
 {
 public:
     enum Type
@@ -26,7 +28,7 @@ public:
     virtual quint64 cacheKey() const = 0;
     virtual QImage image() const { return QImage(); }
     virtual QString filename() const { return QString(); }
-    // The texture's size in pixels, as far as it is known without uploading.
+    /// The texture's size in pixels, as far as it is known without uploading.
     virtual QSize size() const = 0;
     virtual bool operator==(const TextureKeyData& o) const
     {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TextureCache.h"
 #include "TextureFeature.h"
 #include "TextureKeyData.h"
@@ -8,9 +9,9 @@
 
 namespace gfx {
 
-// The kinds of key whose textures live in the cache's size-bounded store. Once
-// bound, the key keeps its entry alive, so that an evicted texture still draws.
-class TextureKeyDataCached : public TextureKeyData
+/// The kinds of key whose textures live in the cache's size-bounded store. Once
+/// bound, the key keeps its entry alive, so that an evicted texture still draws.
+class ORBIS_UI_EXPORT TextureKeyDataCached : public TextureKeyData
 {
 public:
     explicit TextureKeyDataCached(TextureFeatures features) : mFeatures(features) {}

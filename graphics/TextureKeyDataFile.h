@@ -1,17 +1,18 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TextureKeyDataCached.h"
 
 namespace gfx {
 
-class TextureKeyDataFile : public TextureKeyDataCached
+class ORBIS_UI_EXPORT TextureKeyDataFile : public TextureKeyDataCached
 {
 public:
     TextureKeyDataFile(const QString& fileName, TextureFeatures features);
 
     Type type() const override { return kFile; }
     bool isNull() const override { return mFileName.isEmpty(); }
-    // The top bit keeps file keys apart from pixmap and image keys.
+    /// The top bit keeps file keys apart from pixmap and image keys.
     quint64 cacheKey() const override { return mCacheKey; }
     QImage image() const override;
     QString filename() const override { return mFileName; }

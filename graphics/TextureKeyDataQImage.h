@@ -1,10 +1,11 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TextureKeyDataCached.h"
 
 namespace gfx {
 
-class TextureKeyDataQImage : public TextureKeyDataCached
+class ORBIS_UI_EXPORT TextureKeyDataQImage : public TextureKeyDataCached
 {
 public:
     TextureKeyDataQImage(const QImage& image, TextureFeatures features)

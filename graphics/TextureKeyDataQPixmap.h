@@ -1,12 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TextureKeyDataCached.h"
 
 #include <QPixmap>
 
 namespace gfx {
 
-class TextureKeyDataQPixmap : public TextureKeyDataCached
+class ORBIS_UI_EXPORT TextureKeyDataQPixmap : public TextureKeyDataCached
 {
 public:
     TextureKeyDataQPixmap(const QPixmap& pixmap, TextureFeatures features)

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 namespace gfx {
 
-// The one vertex layout of the engine: position, then texture coordinates.
-struct Vertex
+/// The one vertex layout of the engine: position, then texture coordinates.
+struct ORBIS_UI_EXPORT Vertex
 {
     float x;
     float y;

@@ -56,7 +56,7 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     if (mWidget) {
         const int limitKb = qMax(0, gfx::TextureCacheSize.value()) * 1024;
         QGLContext::setTextureCacheLimit(limitKb);
-        Logger::info(QStringLiteral("setting texture cache to %1").arg(limitKb));
+        ORBIS_INFO(QStringLiteral("setting texture cache to %1").arg(limitKb));
         mBufferManager = std::make_unique<ViewBufferManager>(mWidget);
         doResize(mWindowSize);
     }
@@ -83,8 +83,8 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
         const QString extensions = QString::fromLatin1(
             reinterpret_cast<const char*>(gfx::GLFunctions::current()->glGetString(GL_EXTENSIONS)));
         if (gDumpGLExtensions.value())
-            Logger::info(QStringLiteral("Extensions: ") +
-                         extensions.split(QLatin1Char(' ')).join(QLatin1Char('\n')));
+            ORBIS_INFO(QStringLiteral("Extensions: ") +
+                       extensions.split(QLatin1Char(' ')).join(QLatin1Char('\n')));
     }
     mRenderRegion = QRegion();
     mCompositeRegion = QRegion();
@@ -347,9 +347,9 @@ void DisplayDevice::startFrame()
     sPlaceCount = 0;
     processDeferredLayouts();
     if (gPrintVisitedCount.value())
-        Logger::info(QStringLiteral("visitedLayout() Count: %1").arg(sVisitedCount));
+        ORBIS_INFO(QStringLiteral("visitedLayout() Count: %1").arg(sVisitedCount));
     if (gPrintPlaceCount.value())
-        Logger::info(QStringLiteral("place() Count: %1").arg(sPlaceCount));
+        ORBIS_INFO(QStringLiteral("place() Count: %1").arg(sPlaceCount));
 }
 
 void DisplayDevice::updateAnimations()
@@ -415,7 +415,7 @@ void DisplayDevice::deferLayout(DisplayView* view)
 void DisplayDevice::processDeferredLayouts()
 {
     if (gPrintDeferredListSize.value())
-        Logger::info(QStringLiteral("Deferred layouts: %1").arg(mDeferredLayouts.size()));
+        ORBIS_INFO(QStringLiteral("Deferred layouts: %1").arg(mDeferredLayouts.size()));
     // A pass may dirty other views; they are laid out in further passes, up to a bound.
     for (int pass = 0; pass < gMaxLayoutIterations.value() && !mDeferredLayouts.isEmpty(); ++pass) {
         const QList<DisplayView*> queue = mDeferredLayouts;

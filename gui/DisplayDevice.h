@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
 
 #include <ElapsedTimer.h>
@@ -20,16 +21,16 @@ class TouchDevice;
 class TouchOwnership;
 class ViewBufferManager;
 
-// One screen and the root of its view tree. It owns the GL window, collects the
-// revealed (dirty) region, and runs the frame: data values, touches, animations and
-// deferred layouts (startFrame), every view's tick, then the rendering of dirty
-// layers into their framebuffers and the compositing of the layers onto the window
-// (finishFrame). It keeps the key and touch focus.
-//
-// On a platform without a screen (offscreen, minimal) the device has no window:
-// the tree, animations and layouts still run, and finishFrame() only drops the
-// dirty state.
-class DisplayDevice : public DisplayView
+/// One screen and the root of its view tree. It owns the GL window, collects the
+/// revealed (dirty) region, and runs the frame: data values, touches, animations and
+/// deferred layouts (startFrame), every view's tick, then the rendering of dirty
+/// layers into their framebuffers and the compositing of the layers onto the window
+/// (finishFrame). It keeps the key and touch focus.
+///
+/// On a platform without a screen (offscreen, minimal) the device has no window:
+/// the tree, animations and layouts still run, and finishFrame() only drops the
+/// dirty state.
+class ORBIS_UI_EXPORT DisplayDevice : public DisplayView
 {
     Q_OBJECT
 
@@ -45,7 +46,7 @@ public:
         int lastSecondTicks = 0;     // ticks counted by the last once-a-second tick
     };
 
-    // screen: the index of the physical screen this device drives.
+    /// screen: the index of the physical screen this device drives.
     DisplayDevice(int width, int height, int screen = 0);
     ~DisplayDevice() override;
 
@@ -57,11 +58,11 @@ public:
     void setVisible(bool visible);
     void setFullScreen(bool fullScreen);
     double getAspectRatio() const;
-    // The window matrix from windowScale and rotateOrientation.
+    /// The window matrix from windowScale and rotateOrientation.
     void initTransforms();
     void doResize(const QSize& windowSize);
-    // A logical rectangle in window pixels (of the framebuffer when one is given;
-    // flipped to GL's bottom-left origin when asked).
+    /// A logical rectangle in window pixels (of the framebuffer when one is given;
+    /// flipped to GL's bottom-left origin when asked).
     QRect windowRect(const QRect& rect, QGLFramebufferObject* target, bool flipped) const;
     bool isTouchPosValid(const QPoint& point) const;
     DisplayDeviceWidget* widget() const { return mWidget; }
@@ -69,7 +70,7 @@ public:
     bool hasWindow() const { return mWidget != nullptr; }
     void makeCurrent();
 
-    // Containers of the root, bottom to top.
+    /// Containers of the root, bottom to top.
     DisplayView* hiddenViews() const { return mHidden; }
     DisplayView* views() const { return mViews; }
     DisplayView* customLayers() const { return mCustomLayers; }
@@ -77,14 +78,14 @@ public:
     DisplayView* popups() const { return mPopups; }
     DisplayView* overlays() const { return mOverlays; }
 
-    // Invalidation; rect is in screen coordinates.
+    /// Invalidation; rect is in screen coordinates.
     void reveal(const QRect& rect);
     void reveal();
     QRect padRevealRect(const QRect& rect) const;
     const QRegion& renderRegion() const { return mRenderRegion; }
     const QRegion& compositeRegion() const { return mCompositeRegion; }
     bool frameNeeded() const { return mFrameNeeded; }
-    // Hands over the collected regions and clears them (the frame's render step).
+    /// Hands over the collected regions and clears them (the frame's render step).
     void takeDirtyRegions(QRegion* render, QRegion* composite);
 
     // Frame.
@@ -100,11 +101,11 @@ public:
     QString dumpStats();
     void resetStats();
     const FrameStats& frameStats() const { return mStats; }
-    // Bytes held by layer framebuffers, and how many there are.
+    /// Bytes held by layer framebuffers, and how many there are.
     qint64 layerMemory(int* count);
 
-    // Writes the next frame (or a part of it, in logical pixels) to an image file
-    // on the global thread pool.
+    /// Writes the next frame (or a part of it, in logical pixels) to an image file
+    /// on the global thread pool.
     void screenshot(QString path);
     void screenshot(int x, int y, int width, int height, QString path);
 
@@ -133,25 +134,25 @@ public:
     void doKeyPress(QKeyEvent* event) override;
     void doKeyRelease(QKeyEvent* event) override;
     void doWheel(QWheelEvent* event);
-    // Window pixels are turned into screen coordinates before the touch device queues them.
+    /// Window pixels are turned into screen coordinates before the touch device queues them.
     void doMouse(QMouseEvent* event);
     virtual bool shouldShowTapAnimation(QPoint point);
-    // Hidden while touches arrive, shown again when the touch driver falls back to the mouse.
+    /// Hidden while touches arrive, shown again when the touch driver falls back to the mouse.
     void showCursor(bool show);
     bool cursorShown() const { return mCursorShown; }
 
-    // The touch dispatcher of this display, registered by the dispatcher itself.
+    /// The touch dispatcher of this display, registered by the dispatcher itself.
     void setTouchOwnership(TouchOwnership* ownership) { mTouchOwnership = ownership; }
     TouchOwnership* touchOwnership() const { return mTouchOwnership; }
 
-    // Pop-ups, shown in the "popups" container above a dimming backdrop.
+    /// Pop-ups, shown in the "popups" container above a dimming backdrop.
     void showPopup(PopupView* popup, bool animated);
     void dismissPopup(PopupView* popup, bool animated);
     void dismissAllPopups();
     void popupDidDismiss(PopupView* popup);
     const QList<PopupView*>& popupList() const { return mPopupList; }
     DisplayView* popupBackdrop();
-    // The screen area covered by a pop-up (or an on-screen keyboard).
+    /// The screen area covered by a pop-up (or an on-screen keyboard).
     void setDisclosureArea(const QRect& area);
     QRect disclosureArea() const { return mDisclosureArea; }
 
@@ -190,24 +191,24 @@ private slots:
 private:
     void createWindow();
     void applyCursor();
-    // The layer into whose buffer a layer is composited instead of onto the screen.
+    /// The layer into whose buffer a layer is composited instead of onto the screen.
     DisplayView* nestingTarget(DisplayView* view) const;
     void paintWithGraphics(DisplayView* view, ViewBuffer* buffer, const QTransform& toPixels,
                            const QRegion& dirty);
     void paintWithQt(DisplayView* view, ViewBuffer* buffer, const QTransform& toPixels, const QRegion& dirty);
     void paintLayerContent(QPainter& painter, DisplayView* view, ViewBuffer* buffer, const QRegion& dirty);
-    // Visible layers in painting order.
+    /// Visible layers in painting order.
     void collectLayers(DisplayView* view, QVector<DisplayView*>* layers);
     void showOverdraw(const QRegion& region);
     void drawDirtyRects(const QRegion& region);
     void captureScreenshot();
-    // Shows or removes the GL memory line as "ui/show_gfx_memory_usage" says.
+    /// Shows or removes the GL memory line as "ui/show_gfx_memory_usage" says.
     void updateGfxMemoryLabel();
-    // The view's coordinates to the screen's (logical pixels).
+    /// The view's coordinates to the screen's (logical pixels).
     QMatrix4x4 screenMatrix(DisplayView* view) const;
 
     void completeAnimation(DisplayViewAnimation* animation);
-    // Calls the callback on the view and, depth first, on all its descendants.
+    /// Calls the callback on the view and, depth first, on all its descendants.
     static void dispatch(DisplayView* view, void (DisplayView::*callback)());
     DisplayView* addContainer(const char* name);
 
@@ -248,6 +249,6 @@ private:
         QString path;
     };
     QList<PendingScreenshot> mScreenshots;
-    // Per layer that holds nested layers, where they must be composited this frame.
+    /// Per layer that holds nested layers, where they must be composited this frame.
     QHash<DisplayView*, QRegion> mNestedRendered;
 };

@@ -129,12 +129,12 @@ void DisplayDevice::finishFrame()
         }
         mBufferManager->endDrawing();
         if (textureCacheThrashing())
-            Logger::warn(QStringLiteral("TextureCache is maxed out and thrashing.  UI Performance Limited."));
+            ORBIS_WARN(QStringLiteral("TextureCache is maxed out and thrashing.  UI Performance Limited."));
         if (gTextureCacheLogging.value())
-            Logger::info(QStringLiteral("TextureCache: %1 textures, %2 bytes, %3 expired")
-                             .arg(gfx::TextureCache::instance()->entryCount())
-                             .arg(gfx::TextureCache::instance()->currentSize())
-                             .arg(gfx::TextureCache::instance()->expiredTextures().size()));
+            ORBIS_INFO(QStringLiteral("TextureCache: %1 textures, %2 bytes, %3 expired")
+                           .arg(gfx::TextureCache::instance()->entryCount())
+                           .arg(gfx::TextureCache::instance()->currentSize())
+                           .arg(gfx::TextureCache::instance()->expiredTextures().size()));
         gfx::TextureCache::instance()->destroyExpiredTextures();
         if (drawing) {
             ++mStats.drawnFrames;
@@ -220,7 +220,7 @@ void DisplayDevice::renderView(DisplayView* view, ViewBuffer* buffer, bool revea
                 .arg(pixels.width())
                 .arg(pixels.height())
                 .arg(view->viewPath());
-        Logger::warn(message);
+        ORBIS_WARN(message);
         Logger::logAssert("pixels.width() * pixels.height() <= maxArea", message, kLogSource, __LINE__);
         return;
     }
@@ -439,7 +439,7 @@ void DisplayDevice::compositeLayers()
     const qint64 area = areaOf(region);
     mStats.compositedPixels += area;
     if (gLogDirtyArea.value())
-        Logger::info(
+        ORBIS_INFO(
             QStringLiteral("Dirty area: %1 pixels in %2 rectangles").arg(area).arg(region.rectCount()));
 }
 
@@ -529,9 +529,9 @@ void DisplayDevice::measureTick1sRate()
     mSecondTicks = 0;
     const double rate = seconds > 0 ? mStats.lastSecondTicks / seconds : 0.0;
     if (rate < gFrameRateErrorLevel.value())
-        Logger::warn(QStringLiteral("Frame rate %1 is below %2")
-                         .arg(rate, 0, 'f', 1)
-                         .arg(gFrameRateErrorLevel.value()));
+        ORBIS_WARN(QStringLiteral("Frame rate %1 is below %2")
+                       .arg(rate, 0, 'f', 1)
+                       .arg(gFrameRateErrorLevel.value()));
     if (gLogFrameStats.value())
         dumpStats();
 }
@@ -550,7 +550,7 @@ QString DisplayDevice::dumpStats()
             .arg(s.renderedPixels)
             .arg(s.compositedPixels)
             .arg(s.lastSecondTicks);
-    Logger::info(text);
+    ORBIS_INFO(text);
     return text;
 }
 

@@ -1,14 +1,16 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QGLWidget>
 
 class DisplayDevice;
 
-// The GL window of one screen. The device decides when to draw and swap, so
-// automatic swapping and background filling are off; pointer and key input go to
-// the device. Every window shares its context with the first one made, so that
-// textures and programs serve all screens.
-class DisplayDeviceWidget : public QGLWidget
+/// The GL window of one screen. The device decides when to draw and swap, so
+/// automatic swapping and background filling are off; pointer and key input go to
+/// the device. Every window shares its context with the first one made, so that
+/// textures and programs serve all screens.
+class ORBIS_UI_EXPORT DisplayDeviceWidget : public QGLWidget
 {
     Q_OBJECT
 

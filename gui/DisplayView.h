@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "DisplayImage.h"
 #include "DisplayViewList.h"
 #include "InterpolatedValue.h"
@@ -28,20 +29,20 @@ class LayoutAction;
 class QKeyEvent;
 class StringDataValue;
 
-// Base of every on-screen element: a node of the view tree under one DisplayDevice,
-// with a rectangle in its parent's coordinates. It turns changes into dirty
-// rectangles that climb to the nearest layer and the device, paints itself and its
-// children in list order, and answers hit tests for touch dispatch.
-class DisplayView : public QObject
+/// Base of every on-screen element: a node of the view tree under one DisplayDevice,
+/// with a rectangle in its parent's coordinates. It turns changes into dirty
+/// rectangles that climb to the nearest layer and the device, paints itself and its
+/// children in list order, and answers hit tests for touch dispatch.
+class ORBIS_UI_EXPORT DisplayView : public QObject
 {
     Q_OBJECT
 
 public:
     enum TouchBehavior
     {
-        TouchWhileDisabled = 0x1, // takes touches even when disabled
-        KeepTouches = 0x2,        // keeps the touches it holds instead of handing them to children
-        IgnoreTouches = 0x4       // passes touches through to its parent
+        TouchWhileDisabled = 0x1, ///< takes touches even when disabled
+        KeepTouches = 0x2, ///< keeps the touches it holds instead of handing them to children
+        IgnoreTouches = 0x4 ///< passes touches through to its parent
     };
     enum TouchGesture
     {
@@ -52,14 +53,14 @@ public:
     };
     enum UpdateBehavior
     {
-        NoUpdates = 0x1,         // invalidation is suppressed
-        NoParentDirtyArea = 0x2, // leaving or joining a parent does not dirty it
-        PreserveDirtyRect = 0x4  // the layer keeps its content outside dirty rectangles
+        NoUpdates = 0x1, ///< invalidation is suppressed
+        NoParentDirtyArea = 0x2, ///< leaving or joining a parent does not dirty it
+        PreserveDirtyRect = 0x4 ///< the layer keeps its content outside dirty rectangles
     };
     enum DrawingBehavior
     {
-        NoDrawing = 0x1,      // draw() is skipped, children still paint
-        DrawWhenHidden = 0x2, // painted into its layer even while hidden
+        NoDrawing = 0x1, ///< draw() is skipped, children still paint
+        DrawWhenHidden = 0x2, ///< painted into its layer even while hidden
     };
     enum CompositingBehavior
     {
@@ -75,9 +76,9 @@ public:
         MarginProperty
     };
 
-    // A layout strategy owned by the view (the flex binding is one). The view reports
-    // tree and property changes to it; it computes frames during a layout pass and
-    // writes them back with setLayoutResultRect.
+    /// A layout strategy owned by the view (the flex binding is one). The view reports
+    /// tree and property changes to it; it computes frames during a layout pass and
+    /// writes them back with setLayoutResultRect.
     class LayoutImpl
     {
     public:
@@ -94,7 +95,7 @@ public:
         virtual void childRemoved(DisplayView* child) = 0;
         virtual void childOrderChanged(DisplayView* child) = 0;
         virtual void childrenCleared() = 0;
-        // The view from which a pass must start (a root of the layout tree), or null.
+        /// The view from which a pass must start (a root of the layout tree), or null.
         virtual DisplayView* viewToStartLayout() = 0;
         virtual void layout() = 0;
         virtual void layoutMarkedDirty() = 0;
@@ -106,8 +107,8 @@ public:
     ~DisplayView() override;
 
     // Virtual operations, in slot order.
-    // Copies the style's properties to the view; a padding or margin list of an
-    // invalid count is reported and ignored.
+    /// Copies the style's properties to the view; a padding or margin list of an
+    /// invalid count is reported and ignored.
     virtual void setStyle(const Style& style);
     virtual QRectF boundingRect(float margin);
     virtual float childViewBrightness(DisplayView* child);
@@ -167,8 +168,8 @@ public:
     virtual void place();
     virtual void layoutImplChanged();
     virtual void doLayout();
-    // The size the view would take if given `width` (negative: as wide as it likes).
-    // The flex layout measures views through it; a plain view keeps its own size.
+    /// The size the view would take if given `width` (negative: as wide as it likes).
+    /// The flex layout measures views through it; a plain view keeps its own size.
     virtual QSizeF naturalSize(double width);
 
     // Tree.
@@ -185,8 +186,8 @@ public:
     bool isParentChildrenIteratorValid() const;
     void resetParentChildrenIterator();
 
-    // Geometry and animation. Every animated setter takes a duration in seconds (0:
-    // at once), an easing and a delay in seconds.
+    /// Geometry and animation. Every animated setter takes a duration in seconds (0:
+    /// at once), an easing and a delay in seconds.
     using EaseType = InterpolatedValue::EaseType;
     static constexpr EaseType kDefaultEase = InterpolatedValue::EaseInOutCubic;
     void moveTo(int x, int y, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
@@ -211,9 +212,9 @@ public:
     void setVisualWidth(int width, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
     void setHeight(int height, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
     void setVisualHeight(int height, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
-    // With showHide, a fade to 0 hides the view when it completes and a fade from a
-    // hidden state shows it first; with fromCurrent false the fade starts from the
-    // opposite end.
+    /// With showHide, a fade to 0 hides the view when it completes and a fade from a
+    /// hidden state shows it first; with fromCurrent false the fade starts from the
+    /// opposite end.
     void setAlpha(float alpha, double duration = 0, EaseType ease = kDefaultEase, bool showHide = false,
                   double delay = 0, bool fromCurrent = true);
     void fadeIn(double duration = 0.3, EaseType ease = kDefaultEase, double delay = 0);
@@ -225,11 +226,11 @@ public:
     void setAngle(float angle, QPointF pivot, QVector3D axis, double duration = 0,
                   EaseType ease = kDefaultEase, double delay = 0);
     void setBrightness(float brightness, double duration = 0, EaseType ease = kDefaultEase, double delay = 0);
-    // Briefly brightens the view (or the given one) and returns to its brightness.
+    /// Briefly brightens the view (or the given one) and returns to its brightness.
     void flash(DisplayView* view = nullptr, double duration = 0.2);
     void deleteAfterAnimation();
-    // The view follows its parent's size from now on: by fractions of it, or at fixed
-    // distances from its edges.
+    /// The view follows its parent's size from now on: by fractions of it, or at fixed
+    /// distances from its edges.
     void autoResizeToParent(const QRectF& relative);
     void autoResizeWidthToParent(int left, int right);
     void autoResizeHeightToParent(int top, int bottom);
@@ -240,7 +241,7 @@ public:
     int width() const { return mWidth; }
     int height() const { return mHeight; }
     QPoint position() const { return QPoint(int(mX), int(mY)); }
-    // The rectangle in the parent's coordinates (position truncated toward zero).
+    /// The rectangle in the parent's coordinates (position truncated toward zero).
     QRect rect() const { return QRect(int(mX), int(mY), mWidth, mHeight); }
     QSize size() const { return QSize(mWidth, mHeight); }
     QPoint center() const { return rect().center(); }
@@ -284,7 +285,7 @@ public:
     void setUseCachedLayer(bool cached);
     void initCachedLayer(const QSize& size);
     void setLayer(ViewBuffer* layer);
-    // The layer is composited through the mask's alpha, stretched over the layer.
+    /// The layer is composited through the mask's alpha, stretched over the layer.
     void setLayerMask(const DisplayImage& mask);
     const DisplayImage& layerMask() const;
     void setLayerBackingType(ViewBuffer::BackingType type);
@@ -305,9 +306,9 @@ public:
     DisplayViewEffect* effect() const;
 
     // Background.
-    // An image of the assets folder by name. With stretch the image fills the view
-    // by its own fill (stretched through its cuts, or tiled); without, it is drawn
-    // at its size in the middle.
+    /// An image of the assets folder by name. With stretch the image fills the view
+    /// by its own fill (stretched through its cuts, or tiled); without, it is drawn
+    /// at its size in the middle.
     void setBackground(const char* imageName, bool stretch = true);
     void setBackground(const DisplayImage& image, bool stretch = true);
     const DisplayImage& backgroundImage() const;
@@ -342,7 +343,7 @@ public:
     void incrementTouchCount();
     void decrementTouchCount();
     int touchCount() const { return mTouchCount; }
-    // True while the destructor runs: the view must not take new work.
+    /// True while the destructor runs: the view must not take new work.
     bool isDestroying() const { return mDestroying; }
     bool canHaveKeyFocus() const { return mCanHaveKeyFocus; }
 
@@ -358,7 +359,7 @@ public:
 
     // Layout.
     void setLayoutImpl(LayoutImpl* impl);
-    // Every layout binding of the framework is the flex one.
+    /// Every layout binding of the framework is the flex one.
     bool usesCssLayout() const { return mLayoutImpl != nullptr; }
     LayoutImpl* layoutImpl() const { return mLayoutImpl.get(); }
     void setLayoutMargin(const Padding& margin);
@@ -388,10 +389,10 @@ public:
     const Style& style() const;
 
     static const QMatrix4x4 sIdentityMatrix;
-    // Layout work of the running process, for the frame statistics.
+    /// Layout work of the running process, for the frame statistics.
     static inline int sPlaceCount = 0;
     static inline int sVisitedCount = 0;
-    // Largest coordinate a view may take, so that edges and painting stay exact.
+    /// Largest coordinate a view may take, so that edges and painting stay exact.
     static constexpr int kMaxCoordinate = 1 << 24;
 
 signals:
@@ -409,15 +410,15 @@ signals:
     void visibleFlagChanged(DisplayView* view);
 
 public slots:
-    // Called by the style when its text or a named style it uses changes.
+    /// Called by the style when its text or a named style it uses changes.
     virtual void restyled();
     void sourceValueChanged(DataValue* value);
     void sourceValueChanged(StringDataValue* value);
 
 protected:
-    // Reports misuse about this view: the message's %1 is filled with viewPath().
+    /// Reports misuse about this view: the message's %1 is filled with viewPath().
     bool viewAssert(const char* condition, const QString& message, int line);
-    // Applies geometry at once, as a finished animation or a layout result does.
+    /// Applies geometry at once, as a finished animation or a layout result does.
     void applyPosition(double x, double y);
     void applySize(int width, int height);
     void applyAlpha(double alpha);
@@ -436,11 +437,11 @@ private:
     void revealInDevice(const QRect& rect);
     void drawDebugPadding(QPainter& painter);
     DisplayViewAnimation* animation(bool create);
-    // The value a property is heading for: the animation's target while one runs.
+    /// The value a property is heading for: the animation's target while one runs.
     double pendingValue(int property);
     bool checkGeometryChange(bool animated, const char* circularMessage, int line);
-    // Starts (or, without duration and delay, stops) the animation of one or two
-    // properties; returns whether the change was taken care of.
+    /// Starts (or, without duration and delay, stops) the animation of one or two
+    /// properties; returns whether the change was taken care of.
     bool animateOrStop(int first, double firstTarget, int second, double secondTarget, double duration,
                        EaseType ease, double delay);
     QRect visualOffsetRect() const;
@@ -495,7 +496,7 @@ private:
     QString mViewName;
     Style mStyle;
 
-    // What few views use lives apart, so that a plain view stays small.
+    /// What few views use lives apart, so that a plain view stays small.
     struct Extras;
     std::unique_ptr<Extras> mExtras;
     Extras& extras();

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 class QPainter;
 class QRect;
 
-// Drawn under a view, over its rectangle grown by the shadow padding.
-class DisplayViewShadow
+/// Drawn under a view, over its rectangle grown by the shadow padding.
+class ORBIS_UI_EXPORT DisplayViewShadow
 {
 public:
     virtual ~DisplayViewShadow() = default;

@@ -1,5 +1,7 @@
 #include "FrameworkInfo.h"
 
+#include "OrbisUIFrameworkVersion.h"
+
 namespace FrameworkInfo {
 
 QString version()

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QString>
 
-// Build facts of libOrbisUIFramework, for logs and the view inspector.
+/// Build facts of libOrbisUIFramework, for logs and the view inspector.
 namespace FrameworkInfo {
-QString version();
-QString qtVersion();
+ORBIS_UI_EXPORT QString version();
+ORBIS_UI_EXPORT QString qtVersion();
 } // namespace FrameworkInfo

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QRectF>
 
 class DisplayView;
 
-// Decides how a view takes a new layout frame, e.g. by animating to it. Runs with the
-// layout animator active, so the animated setters it calls are legitimate.
-class LayoutAction
+/// Decides how a view takes a new layout frame, e.g. by animating to it. Runs with the
+/// layout animator active, so the animated setters it calls are legitimate.
+class ORBIS_UI_EXPORT LayoutAction
 {
 public:
     virtual ~LayoutAction() = default;

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QMetaType>
 #include <QtGlobal>
 
-// Insets of a box in pixels, in the order top, right, bottom, left. Used for the
-// content, label, image, touch and shadow paddings of views and for integer margins.
-struct Padding
+/// Insets of a box in pixels, in the order top, right, bottom, left. Used for the
+/// content, label, image, touch and shadow paddings of views and for integer margins.
+struct ORBIS_UI_EXPORT Padding
 {
     qint32 top = 0;
     qint32 right = 0;
@@ -13,7 +15,7 @@ struct Padding
     qint32 left = 0;
 
     constexpr Padding() = default;
-    // Implicit on purpose: a single number is the same inset on every side.
+    /// Implicit on purpose: a single number is the same inset on every side.
     constexpr Padding(qint32 all) : top(all), right(all), bottom(all), left(all) {}
     constexpr Padding(qint32 vertical, qint32 horizontal)
         : top(vertical), right(horizontal), bottom(vertical), left(horizontal)

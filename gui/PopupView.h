@@ -1,11 +1,12 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
 
-// A view shown above the screen's views by DisplayDevice::showPopup: centred in the
-// "popups" container over a dimmed backdrop that takes the touches meant for what
-// lies beneath.
-class PopupView : public DisplayView
+/// A view shown above the screen's views by DisplayDevice::showPopup: centred in the
+/// "popups" container over a dimmed backdrop that takes the touches meant for what
+/// lies beneath.
+class ORBIS_UI_EXPORT PopupView : public DisplayView
 {
     Q_OBJECT
 

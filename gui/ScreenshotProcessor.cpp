@@ -2,10 +2,12 @@
 
 #include <Logger.h>
 
+static const char* const kLogSource = "../../../gui/ScreenshotProcessor";
+
 void ScreenshotProcessor::run()
 {
     if (mPixels.save(mPath))
-        Logger::info(QStringLiteral("Screenshot saved to %1").arg(mPath));
+        ORBIS_INFO(QStringLiteral("Screenshot saved to %1").arg(mPath));
     else
-        Logger::error(QStringLiteral("Could not save screenshot to %1").arg(mPath));
+        ORBIS_ERROR(QStringLiteral("Could not save screenshot to %1").arg(mPath));
 }

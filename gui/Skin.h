@@ -1,19 +1,20 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "SkinColor.h"
 
 #include <QString>
 
-// The day and night colour sets. Styles give colours by skin name
-// ("foregroundColor") or literally ("#1f6feb", "#801f6feb", "white"); parseColor
-// turns either into a SkinColor that follows the day/night switch.
-class Skin
+/// The day and night colour sets. Styles give colours by skin name
+/// ("foregroundColor") or literally ("#1f6feb", "#801f6feb", "white"); parseColor
+/// turns either into a SkinColor that follows the day/night switch.
+class ORBIS_UI_EXPORT Skin
 {
 public:
-    // An unknown name that is no colour either is reported once and reads as
-    // an invalid colour.
+    /// An unknown name that is no colour either is reported once and reads as
+    /// an invalid colour.
     static SkinColor parseColor(const QString& text);
     static bool hasColor(const QString& name);
-    // A product replaces or adds a named colour.
+    /// A product replaces or adds a named colour.
     static void setColor(const QString& name, const SkinColor& color);
 };

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QColor>
 
-// A colour with a day and a night variant; which one shows follows GUI_dayMode.
-class SkinColor
+/// A colour with a day and a night variant; which one shows follows GUI_dayMode.
+class ORBIS_UI_EXPORT SkinColor
 {
 public:
     SkinColor() = default;

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "InterpolatedValue.h"
 
-// Moves from a start to a target along an easing curve over a fixed duration.
-class InterpolatedValue::StandardTransition : public InterpolatedValue::Transition
+/// Moves from a start to a target along an easing curve over a fixed duration.
+class ORBIS_UI_EXPORT InterpolatedValue::StandardTransition : public InterpolatedValue::Transition
 {
 public:
     StandardTransition(EaseFunc func, double start, double target, double duration);

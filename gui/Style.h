@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "Padding.h"
 #include "TExplicitlySharedDataPointer.h"
 
@@ -14,15 +15,15 @@
 
 class QObject;
 
-// The look of a view, built from a style string of "Key:Value" parts and
-// named-style names separated by ";". A Style is a cheap value handle: every
-// distinct normalized style string has one shared StyleData, owned by the
-// StyleManager, so equal style strings share their parsed attributes.
-class Style
+/// The look of a view, built from a style string of "Key:Value" parts and
+/// named-style names separated by ";". A Style is a cheap value handle: every
+/// distinct normalized style string has one shared StyleData, owned by the
+/// StyleManager, so equal style strings share their parsed attributes.
+class ORBIS_UI_EXPORT Style
 {
 public:
-    // The number is the identity of an attribute (style files and consumers rely
-    // on it); never renumber, only append.
+    /// The number is the identity of an attribute (style files and consumers rely
+    /// on it); never renumber, only append.
     enum StyleAttribute
     {
         Width = 0,
@@ -105,7 +106,7 @@ public:
         OverlayFrameImage = 77,
         NumberOfLines = 78,
         LineSpacing = 79,
-        // Flex-layout properties, handed to the layout engine unchanged.
+        /// Flex-layout properties, handed to the layout engine unchanged.
         Direction = 80,
         FlexDirection = 81,
         JustifyContent = 82,
@@ -136,7 +137,7 @@ public:
     };
     static constexpr int kAttributeCount = 107;
 
-    // How the value text of an attribute is converted.
+    /// How the value text of an attribute is converted.
     enum StyleAttributeType
     {
         BoolType = 0,
@@ -148,7 +149,7 @@ public:
         PointType = 6,
         StringType = 7,
         FontType = 8,
-        // Older style files used several enum codes; all of them parse like EnumType.
+        /// Older style files used several enum codes; all of them parse like EnumType.
         EnumType9 = 9,
         EnumType = 10,
         EnumType11 = 11,
@@ -158,7 +159,7 @@ public:
 
     class StyleData;
 
-    // The null style: every attribute reads as undefined.
+    /// The null style: every attribute reads as undefined.
     Style();
     explicit Style(const QString& styleText);
     explicit Style(StyleData* data);
@@ -173,12 +174,12 @@ public:
     bool operator==(const Style& other) const { return mData == other.mData; }
     bool operator!=(const Style& other) const { return mData != other.mData; }
 
-    // Splits at ";", drops empty parts, trims each part and joins them with ";".
+    /// Splits at ";", drops empty parts, trims each part and joins them with ";".
     static QString normalizedSpec(const QString& styleText);
 
     bool isDefined(StyleAttribute attr) const;
 
-    // Typed readers: the kind's neutral value when the attribute is undefined.
+    /// Typed readers: the kind's neutral value when the attribute is undefined.
     int intValue(StyleAttribute attr) const;
     double doubleValue(StyleAttribute attr) const;
     bool boolValue(StyleAttribute attr) const;
@@ -186,49 +187,49 @@ public:
     int enumValue(StyleAttribute attr) const;
     QPoint pointValue(StyleAttribute attr) const;
     ::Padding padding(StyleAttribute attr) const;
-    // The font with the style's Bold and Italic switches applied when they are set.
+    /// The font with the style's Bold and Italic switches applied when they are set.
     QFont font(StyleAttribute attr = Font) const;
     Qt::Alignment alignment(StyleAttribute attr = Alignment) const;
     QList<Qt::Alignment> alignments(StyleAttribute attr = Alignments) const;
     int textFlag(StyleAttribute attr = TextFlags) const;
-    // Qt::ElideNone when undefined: not eliding is the neutral mode.
+    /// Qt::ElideNone when undefined: not eliding is the neutral mode.
     Qt::TextElideMode elide(StyleAttribute attr = ElideMode) const;
     QList<int> intListValue(StyleAttribute attr) const;
     QList<double> doubleListValue(StyleAttribute attr) const;
 
-    // Out-parameter forms: return whether the attribute is defined and leave the
-    // out-parameter untouched when it is not.
+    /// Out-parameter forms: return whether the attribute is defined and leave the
+    /// out-parameter untouched when it is not.
     bool intValue(StyleAttribute attr, int& out) const;
     bool doubleValue(StyleAttribute attr, double& out) const;
     bool boolValue(StyleAttribute attr, bool& out) const;
     bool stringValue(StyleAttribute attr, QString& out) const;
     bool enumValue(StyleAttribute attr, int& out) const;
 
-    // Geometry of fixed-size views. Undefined reads are a programming error; they
-    // are reported and give 1, so that nothing divides by zero downstream.
+    /// Geometry of fixed-size views. Undefined reads are a programming error; they
+    /// are reported and give 1, so that nothing divides by zero downstream.
     int width() const;
     int height() const;
     int x() const;
     int y() const;
 
-    // The font size for the current GUI language (FontSize in factory mode).
+    /// The font size for the current GUI language (FontSize in factory mode).
     int fontSize() const;
     static StyleAttribute fontSizeAttributeforLanguage();
     static StyleAttribute fallbackFontSizeAttributeForLanguage();
 
-    // A listener's slot restyled() is invoked whenever this style is re-evaluated.
+    /// A listener's slot restyled() is invoked whenever this style is re-evaluated.
     void registerListener(QObject* listener) const;
     void unregisterListener(QObject* listener) const;
 
-    // The integer of an enum value text: pieces separated by "|", each matched
-    // case-insensitively, OR-ed together.
+    /// The integer of an enum value text: pieces separated by "|", each matched
+    /// case-insensitively, OR-ed together.
     static int getEnum(StyleAttribute attr, const QString& text);
 
     static void addAttribute(StyleAttribute attr, const QString& key, StyleAttributeType type);
     static void addEnumAttribute(StyleAttribute attr, const QString& key, QHash<QString, int> values);
     static void addAttributeTypes();
 
-    // Registry queries for the parser and tools.
+    /// Registry queries for the parser and tools.
     static bool attributeForKey(const QString& key, StyleAttribute& attr);
     static StyleAttributeType attributeType(StyleAttribute attr);
     static QString attributeKey(StyleAttribute attr);

@@ -294,12 +294,12 @@ void StyleManager::loadConfigurationFile(const QString& path)
 {
     const QFileInfo info(path);
     if (!info.exists()) {
-        Logger::warn(QStringLiteral("Style file %1 is missing").arg(path));
+        ORBIS_WARN(QStringLiteral("Style file %1 is missing").arg(path));
         return;
     }
     QFile file(path);
     if (!info.isFile() || !file.open(QIODevice::ReadOnly)) {
-        Logger::warn(QStringLiteral("Style file %1 is not readable").arg(path));
+        ORBIS_WARN(QStringLiteral("Style file %1 is not readable").arg(path));
         return;
     }
     // The INI reader turns "@Type(...)" values, also when spelled with escapes,
@@ -307,7 +307,7 @@ void StyleManager::loadConfigurationFile(const QString& path)
     // Style strings need neither.
     const QByteArray content = file.readAll();
     if (content.contains('@') || content.contains('\\')) {
-        Logger::warn(QStringLiteral("Style file %1 contains escapes or serialized values").arg(path));
+        ORBIS_WARN(QStringLiteral("Style file %1 contains escapes or serialized values").arg(path));
         return;
     }
     file.close();
@@ -316,7 +316,7 @@ void StyleManager::loadConfigurationFile(const QString& path)
     // What the INI reader could make of a damaged file is still used: a typo made
     // while restyling live should not take every other style with it.
     if (settings.status() != QSettings::NoError)
-        Logger::warn(QStringLiteral("Style file %1 is not a valid INI file").arg(path));
+        ORBIS_WARN(QStringLiteral("Style file %1 is not a valid INI file").arg(path));
     loadConfigurationGroup(settings);
 }
 
@@ -386,7 +386,7 @@ QStringList StyleManager::watchedFiles() const
 
 void StyleManager::styleFileChanged(const QString& path)
 {
-    Logger::info(QStringLiteral("Style file %1 change detected").arg(path));
+    ORBIS_INFO(QStringLiteral("Style file %1 change detected").arg(path));
     if (!QFileInfo::exists(path))
         QThread::usleep(kReplacedFileWaitUs);
     // A replaced file is a new inode that the watcher no longer follows.

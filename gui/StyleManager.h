@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "Singleton.h"
 #include "Style.h"
 
@@ -11,18 +12,18 @@
 class QFileSystemWatcher;
 class QSettings;
 
-// The process-wide registry of styles: one StyleData per normalized style string
-// and per named style. Named styles come from the INI style files of the assets
-// folder; on a development vehicle the files are watched and every style that
-// depends on an edited one restyles live.
-//
-// Style strings built at run time (a colour per value, say) are unbounded, so the
-// registry lets go of styles that nothing holds any more: no Style handle, no
-// listener, no named style built on them. That happens in sweeps, started by a new
-// style string once the registry has doubled since the last sweep; so a text that
-// is dropped and asked for again soon is usually still parsed, and a cached lookup
-// costs nothing extra. Defined named styles stay for the life of the process.
-class StyleManager : public QObject
+/// The process-wide registry of styles: one StyleData per normalized style string
+/// and per named style. Named styles come from the INI style files of the assets
+/// folder; on a development vehicle the files are watched and every style that
+/// depends on an edited one restyles live.
+///
+/// Style strings built at run time (a colour per value, say) are unbounded, so the
+/// registry lets go of styles that nothing holds any more: no Style handle, no
+/// listener, no named style built on them. That happens in sweeps, started by a new
+/// style string once the registry has doubled since the last sweep; so a text that
+/// is dropped and asked for again soon is usually still parsed, and a cached lookup
+/// costs nothing extra. Defined named styles stay for the life of the process.
+class ORBIS_UI_EXPORT StyleManager : public QObject
 {
     Q_OBJECT
 
@@ -30,21 +31,21 @@ public:
     static StyleManager* instance();
     ~StyleManager() override;
 
-    // Reads the development-vehicle flag and loads the style files.
+    /// Reads the development-vehicle flag and loads the style files.
     void initialize();
 
-    // The named style, or nullptr when no configuration entry defines it.
+    /// The named style, or nullptr when no configuration entry defines it.
     Style::StyleData* lookupStyle(const QString& name) const;
-    // styleText must be normalized (Style::normalizedSpec). The returned style stays
-    // registered only while something holds it (see above).
+    /// styleText must be normalized (Style::normalizedSpec). The returned style stays
+    /// registered only while something holds it (see above).
     Style::StyleData* lookupOrCreateSpec(const QString& styleText, bool evaluate);
     Style::StyleData* lookupOrCreateAlias(const QString& name, const QString& styleText);
-    // The style registered under a normalized style string, or nullptr.
+    /// The style registered under a normalized style string, or nullptr.
     Style::StyleData* registeredSpec(const QString& styleText) const;
-    // A style string as code writes it: normalized once per distinct text.
+    /// A style string as code writes it: normalized once per distinct text.
     Style::StyleData* lookupOrCreateWritten(const QString& text);
-    // A named style got a new definition: outside a load, it and everything built
-    // on it are re-evaluated and restyled at once.
+    /// A named style got a new definition: outside a load, it and everything built
+    /// on it are re-evaluated and restyled at once.
     void markChanged(Style::StyleData* data);
 
     void loadConfiguration();
@@ -53,16 +54,16 @@ public:
     void parseConfigurationEntry(const QSettings& settings, const QString& key);
 
     static bool allowRuntimeStyling();
-    // Adds "<base>-<name>.conf" files, read before the common and base files when
-    // present; their definitions win over later files without being reported.
+    /// Adds "<base>-<name>.conf" files, read before the common and base files when
+    /// present; their definitions win over later files without being reported.
     static void registerOptionalStyleOverrideName(const QString& name);
-    // The style files of the assets folder, in reading order.
+    /// The style files of the assets folder, in reading order.
     static QStringList configurationFiles();
 
     QStringList watchedFiles() const;
     int styleCount() const { return mCreationOrder.size(); }
-    // Unregisters every style that nothing holds; returns how many went. Does
-    // nothing while styles are being loaded or restyled.
+    /// Unregisters every style that nothing holds; returns how many went. Does
+    /// nothing while styles are being loaded or restyled.
     int releaseUnusedStyles();
 
 public Q_SLOTS:
@@ -86,16 +87,16 @@ private:
 
     QHash<QString, TExplicitlySharedDataPointer<Style::StyleData>> mStyles;
     QHash<QString, TExplicitlySharedDataPointer<Style::StyleData>> mNamedStyles;
-    // Texts given to Style(styleText), normalized or not, so that repeated lookups of
-    // the same text cost one hash lookup.
+    /// Texts given to Style(styleText), normalized or not, so that repeated lookups of
+    /// the same text cost one hash lookup.
     QHash<QString, Style::StyleData*> mWrittenSpecs;
-    // Every registered style, oldest first: the order of a full re-evaluation.
+    /// Every registered style, oldest first: the order of a full re-evaluation.
     QVector<Style::StyleData*> mCreationOrder;
-    // The registry size at which a new style string starts a sweep.
+    /// The registry size at which a new style string starts a sweep.
     int mSweepAt;
-    // Listeners are running: the styles being notified are held only by raw pointers.
+    /// Listeners are running: the styles being notified are held only by raw pointers.
     int mDispatching = 0;
-    // Names defined during the current load, and whether an override file did it.
+    /// Names defined during the current load, and whether an override file did it.
     QHash<QString, bool> mDefinedThisLoad;
     bool mLoading = false;
     bool mReadingOverride = false;

@@ -1,14 +1,15 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "ElapsedTimer.h"
 #include "LocationCoordinate.h"
 
 #include <QtGlobal>
 
-// Smooths sparse position fixes into a per-frame position and heading: every
-// request blends from the older of the last two fixes towards the newer over the
-// interval that separated them, so the marker trails by one fix and never jumps.
-class GPSInterpolator
+/// Smooths sparse position fixes into a per-frame position and heading: every
+/// request blends from the older of the last two fixes towards the newer over the
+/// interval that separated them, so the marker trails by one fix and never jumps.
+class ORBIS_UI_EXPORT GPSInterpolator
 {
 public:
     struct Sample
@@ -23,7 +24,7 @@ public:
     void addNewSample(double latitude, double longitude, double heading);
     Sample getInterpolatedLocationHeadingSample() const;
 
-    // 0 is the newest sample, 1 the one before it.
+    /// 0 is the newest sample, 1 the one before it.
     const Sample& getSample(int i) const { return mSamples[(i + mIndex) % 2]; }
 
 private:

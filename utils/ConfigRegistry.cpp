@@ -7,6 +7,8 @@
 #include <QMutexLocker>
 #include <QSettings>
 
+static const char* const kLogSource = "../../../utils/ConfigRegistry";
+
 ConfigRegistry& ConfigRegistry::instance()
 {
     static ConfigRegistry registry;
@@ -39,16 +41,16 @@ bool ConfigRegistry::loadFile(const QString& path)
 {
     const QFileInfo info(path);
     if (!info.exists()) {
-        Logger::warn(QStringLiteral("Configuration file %1 does not exist; using defaults").arg(path));
+        ORBIS_WARN(QStringLiteral("Configuration file %1 does not exist; using defaults").arg(path));
         return false;
     }
     if (!info.isReadable() || !info.isFile()) {
-        Logger::warn(QStringLiteral("Configuration file %1 is not readable; using defaults").arg(path));
+        ORBIS_WARN(QStringLiteral("Configuration file %1 is not readable; using defaults").arg(path));
         return false;
     }
     QSettings settings(path, QSettings::IniFormat);
     if (settings.status() != QSettings::NoError) {
-        Logger::warn(QStringLiteral("Configuration file %1 could not be parsed; using defaults").arg(path));
+        ORBIS_WARN(QStringLiteral("Configuration file %1 could not be parsed; using defaults").arg(path));
         return false;
     }
     QHash<QString, QString> loaded;
@@ -89,7 +91,7 @@ bool ConfigRegistry::applyOverride(const QString& keyEqualsValue)
     const int eq = keyEqualsValue.indexOf(QLatin1Char('='));
     const QString key = eq > 0 ? keyEqualsValue.left(eq).trimmed() : QString();
     if (key.isEmpty()) {
-        Logger::warn(
+        ORBIS_WARN(
             QStringLiteral("Configuration override '%1' is not key=value; ignored").arg(keyEqualsValue));
         return false;
     }

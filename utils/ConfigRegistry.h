@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
+
 #include <QHash>
 #include <QMap>
 #include <QMutex>
@@ -10,11 +12,11 @@
 
 class ConfigValueBase;
 
-// Every configuration value object registers here. The registry holds the text
-// given for each key (from the INI file named by ORBIS_CONFIG, from files loaded
-// explicitly, or from key=value overrides, which win) and a generation counter
-// that tells the value objects when to parse their text again.
-class ConfigRegistry
+/// Every configuration value object registers here. The registry holds the text
+/// given for each key (from the INI file named by ORBIS_CONFIG, from files loaded
+/// explicitly, or from key=value overrides, which win) and a generation counter
+/// that tells the value objects when to parse their text again.
+class ORBIS_UTILS_EXPORT ConfigRegistry
 {
 public:
     struct Entry
@@ -30,24 +32,24 @@ public:
     void registerValue(ConfigValueBase* value);
     void unregisterValue(ConfigValueBase* value);
 
-    // Loads an INI file; a missing or unreadable file logs a WARN and changes nothing.
+    /// Loads an INI file; a missing or unreadable file logs a WARN and changes nothing.
     bool loadFile(const QString& path);
-    // Forgets every value read from files (before reading them again); overrides stay.
+    /// Forgets every value read from files (before reading them again); overrides stay.
     void unloadFiles();
-    // Loads the file named by ORBIS_CONFIG, if the variable is set.
+    /// Loads the file named by ORBIS_CONFIG, if the variable is set.
     void loadFromEnvironment();
 
-    // "key=value"; returns false (with a WARN) when the text has no '='.
+    /// "key=value"; returns false (with a WARN) when the text has no '='.
     bool applyOverride(const QString& keyEqualsValue);
     void setOverride(const QString& key, const QString& value);
     void clearOverride(const QString& key);
     bool hasOverride(const QString& key) const;
     QString overrideText(const QString& key) const;
 
-    // The text given for a key (override first, then files); null when not given.
+    /// The text given for a key (override first, then files); null when not given.
     QString text(const QString& key) const;
 
-    // Every registered key with its default and current value, sorted by key.
+    /// Every registered key with its default and current value, sorted by key.
     QList<Entry> entries() const;
 
     quint64 generation() const { return mGeneration.load(std::memory_order_acquire); }

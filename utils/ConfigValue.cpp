@@ -3,6 +3,8 @@
 #include "ConfigRegistry.h"
 #include "Logger.h"
 
+static const char* const kLogSource = "../../../utils/ConfigValue";
+
 ConfigValueBase::ConfigValueBase(const char* key) : mKey(QString::fromUtf8(key))
 {
     ConfigRegistry::instance().registerValue(this);
@@ -28,8 +30,8 @@ QString ConfigValueBase::fetchText() const
 
 void ConfigValueBase::warnUnparsable(const QString& text, const char* kind) const
 {
-    Logger::warn(QStringLiteral("Configuration value '%1' for %2 is not a valid %3; keeping the default")
-                     .arg(text, mKey, QString::fromLatin1(kind)));
+    ORBIS_WARN(QStringLiteral("Configuration value '%1' for %2 is not a valid %3; keeping the default")
+                   .arg(text, mKey, QString::fromLatin1(kind)));
 }
 
 QString ConfigBoolValue::defaultText() const

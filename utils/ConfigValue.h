@@ -1,13 +1,15 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
+
 #include <QMutex>
 #include <QString>
 #include <atomic>
 
-// Base of the global configuration value objects: a slash-separated key and a
-// default. The typed subclasses parse the registry's text for their key lazily
-// and cache the result until the registry changes.
-class ConfigValueBase
+/// Base of the global configuration value objects: a slash-separated key and a
+/// default. The typed subclasses parse the registry's text for their key lazily
+/// and cache the result until the registry changes.
+class ORBIS_UTILS_EXPORT ConfigValueBase
 {
 public:
     explicit ConfigValueBase(const char* key);
@@ -20,8 +22,8 @@ public:
     virtual QString currentText() const = 0;
 
 protected:
-    // Re-reads the registry when it changed since the last read. Returns the text
-    // to parse, or a null string when the key is not given (use the default).
+    /// Re-reads the registry when it changed since the last read. Returns the text
+    /// to parse, or a null string when the key is not given (use the default).
     bool needsRefresh() const;
     QString fetchText() const;
     void warnUnparsable(const QString& text, const char* kind) const;
@@ -71,7 +73,7 @@ private:
     mutable T mValue;
 };
 
-class ConfigBoolValue : public TConfigValue<bool>
+class ORBIS_UTILS_EXPORT ConfigBoolValue : public TConfigValue<bool>
 {
 public:
     using TConfigValue::TConfigValue;
@@ -83,7 +85,7 @@ protected:
     const char* kindName() const override { return "bool"; }
 };
 
-class ConfigIntValue : public TConfigValue<int>
+class ORBIS_UTILS_EXPORT ConfigIntValue : public TConfigValue<int>
 {
 public:
     using TConfigValue::TConfigValue;
@@ -95,7 +97,7 @@ protected:
     const char* kindName() const override { return "int"; }
 };
 
-class ConfigRealValue : public TConfigValue<double>
+class ORBIS_UTILS_EXPORT ConfigRealValue : public TConfigValue<double>
 {
 public:
     using TConfigValue::TConfigValue;
@@ -107,7 +109,7 @@ protected:
     const char* kindName() const override { return "real"; }
 };
 
-class ConfigStringValue : public TConfigValue<QString>
+class ORBIS_UTILS_EXPORT ConfigStringValue : public TConfigValue<QString>
 {
 public:
     ConfigStringValue(const char* key, const QString& defaultValue = QString())

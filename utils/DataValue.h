@@ -1,14 +1,16 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
+
 #include <QObject>
 #include <QRecursiveMutex>
 #include <QVariant>
 #include <atomic>
 
-// An observable value of vehicle or application state. Writes may come from any
-// thread; DataValueManager::processPendingChanges() delivers the changes on the
-// GUI thread, once per value per batch, as the signal "valueChanged(DataValue*)".
-class DataValue : public QObject
+/// An observable value of vehicle or application state. Writes may come from any
+/// thread; DataValueManager::processPendingChanges() delivers the changes on the
+/// GUI thread, once per value per batch, as the signal "valueChanged(DataValue*)".
+class ORBIS_UTILS_EXPORT DataValue : public QObject
 {
     Q_OBJECT
 
@@ -24,14 +26,14 @@ public:
     bool toBool() const { return value().toBool(); }
     QString toString() const { return value().toString(); }
 
-    // Stores the value; a different value queues a change notification.
+    /// Stores the value; a different value queues a change notification.
     void setValue(const QVariant& value);
     void addValue(double delta);
 
     bool hasPendingChange() const { return mPending.load(); }
 
-    // Holds the value's lock while reading several related things. A null value
-    // takes no lock, so callers need not test for it.
+    /// Holds the value's lock while reading several related things. A null value
+    /// takes no lock, so callers need not test for it.
     class ConditionalLocker
     {
     public:
@@ -45,8 +47,8 @@ public:
         const DataValue* mValue;
     };
 
-    // Holds the value's lock across a write (or several); the change notification
-    // is queued when the outermost writer releases it.
+    /// Holds the value's lock across a write (or several); the change notification
+    /// is queued when the outermost writer releases it.
     class EventLocker
     {
     public:
@@ -64,7 +66,7 @@ Q_SIGNALS:
     void valueChanged(DataValue* value);
 
 protected:
-    // Emits the change signals; called by DataValueManager on the GUI thread.
+    /// Emits the change signals; called by DataValueManager on the GUI thread.
     virtual void emitChanged();
 
 private:

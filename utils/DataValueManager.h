@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
 #include "Singleton.h"
 
 #include <QMutex>
@@ -7,15 +8,15 @@
 
 class DataValue;
 
-// Collects the data values changed since the last frame, from any thread, and
-// delivers their notifications in one batch on the GUI thread.
-class DataValueManager
+/// Collects the data values changed since the last frame, from any thread, and
+/// delivers their notifications in one batch on the GUI thread.
+class ORBIS_UTILS_EXPORT DataValueManager
 {
 public:
     static DataValueManager* instance();
 
-    // Emits the change signals of every value written since the last call, each
-    // once, in the order of their first change. Returns how many were delivered.
+    /// Emits the change signals of every value written since the last call, each
+    /// once, in the order of their first change. Returns how many were delivered.
     int processPendingChanges();
     int pendingCount() const;
 

@@ -1,14 +1,16 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
+
 #include <QMutex>
 #include <QString>
 #include <QVector>
 #include <atomic>
 
-// A bounded record of named marks (the frame loop brackets each tick with
-// "tick" begin and end marks) for diagnosing stalls after the fact. Recording
-// is off until enabled, so the marks cost one flag test in production.
-class EventRecorder
+/// A bounded record of named marks (the frame loop brackets each tick with
+/// "tick" begin and end marks) for diagnosing stalls after the fact. Recording
+/// is off until enabled, so the marks cost one flag test in production.
+class ORBIS_UTILS_EXPORT EventRecorder
 {
 public:
     enum Phase
@@ -32,7 +34,7 @@ public:
     void setCapacity(int capacity);
 
     void mark(const QString& name, Phase phase = Instant);
-    QVector<Event> events() const; // oldest first
+    QVector<Event> events() const; ///< oldest first
     void clear();
 
 private:

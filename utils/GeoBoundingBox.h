@@ -1,10 +1,11 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
 #include "LocationCoordinate.h"
 
-// A latitude/longitude box given by its north-west and south-east corners. A box
-// whose west edge lies east of its east edge crosses the antimeridian.
-class GeoBoundingBox
+/// A latitude/longitude box given by its north-west and south-east corners. A box
+/// whose west edge lies east of its east edge crosses the antimeridian.
+class ORBIS_UTILS_EXPORT GeoBoundingBox
 {
 public:
     GeoBoundingBox() = default;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
+
 #include <QMetaType>
 #include <cmath>
 
-// A geographic position in degrees (WGS84).
-class LocationCoordinate
+/// A geographic position in degrees (WGS84).
+class ORBIS_UTILS_EXPORT LocationCoordinate
 {
 public:
     LocationCoordinate() = default;

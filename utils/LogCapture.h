@@ -1,14 +1,15 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
 #include "Logger.h"
 
 #include <QList>
 #include <QMutex>
 #include <QStringList>
 
-// Collects log records while it lives, replacing the current sink; tests use it to
-// assert exact messages. Thread-safe: records from other threads are captured too.
-class LogCapture : public LogSink
+/// Collects log records while it lives, replacing the current sink; tests use it to
+/// assert exact messages. Thread-safe: records from other threads are captured too.
+class ORBIS_UTILS_EXPORT LogCapture : public LogSink
 {
 public:
     LogCapture();
@@ -20,7 +21,7 @@ public:
 
     QList<LogRecord> records() const;
     QStringList messages() const;
-    QStringList assertions() const; // messages of assertion records only
+    QStringList assertions() const; ///< messages of assertion records only
     bool contains(const QString& message) const;
     int count(const QString& message) const;
     void clear();

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
 #include "Clock.h"
 
 #include <atomic>
 
-// A clock that only moves when told. Installs itself for its lifetime and restores
-// the previous clock afterwards.
-class ManualClock : public Clock
+/// A clock that only moves when told. Installs itself for its lifetime and restores
+/// the previous clock afterwards.
+class ORBIS_UTILS_EXPORT ManualClock : public Clock
 {
 public:
     explicit ManualClock(qint64 startMs = 1000);

@@ -6,10 +6,10 @@
 
 namespace MathUtils {
 
-// Wraps value into [minimum, maximum): with range = maximum - minimum and
-// x = value - minimum, k = ceil((|x| + range) / range) and the result is
-// fmod(k * range + x, range) + minimum. Adding k whole ranges first keeps the
-// remainder's argument positive, so negative values wrap the same way.
+/// Wraps value into [minimum, maximum): with range = maximum - minimum and
+/// x = value - minimum, k = ceil((|x| + range) / range) and the result is
+/// fmod(k * range + x, range) + minimum. Adding k whole ranges first keeps the
+/// remainder's argument positive, so negative values wrap the same way.
 template <typename T>
 T wrap(T value, T minimum, T maximum)
 {

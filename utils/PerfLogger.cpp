@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+static const char* const kLogSource = "../../../utils/PerfLogger";
+
 PerfLogger::Span::Span(const QString& name) : mName(name)
 {
     mTimer.start();
@@ -55,11 +57,11 @@ void PerfLogger::dump() const
 {
     for (const QString& name : names()) {
         const Stats s = stats(name);
-        Logger::info(QStringLiteral("Perf %1 count %2 mean %3 ms min %4 ms max %5 ms")
-                         .arg(name)
-                         .arg(s.count)
-                         .arg(s.meanMs(), 0, 'f', 3)
-                         .arg(s.minNs / 1e6, 0, 'f', 3)
-                         .arg(s.maxNs / 1e6, 0, 'f', 3));
+        ORBIS_INFO(QStringLiteral("Perf %1 count %2 mean %3 ms min %4 ms max %5 ms")
+                       .arg(name)
+                       .arg(s.count)
+                       .arg(s.meanMs(), 0, 'f', 3)
+                       .arg(s.minNs / 1e6, 0, 'f', 3)
+                       .arg(s.maxNs / 1e6, 0, 'f', 3));
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
 #include "ElapsedTimer.h"
 
 #include <QHash>
@@ -7,9 +8,9 @@
 #include <QString>
 #include <QStringList>
 
-// Timing spans by name ("DisplayDevice-RenderViews", "loadConfiguration") with
-// per-name statistics, measured on the framework clock.
-class PerfLogger
+/// Timing spans by name ("DisplayDevice-RenderViews", "loadConfiguration") with
+/// per-name statistics, measured on the framework clock.
+class ORBIS_UTILS_EXPORT PerfLogger
 {
 public:
     struct Stats
@@ -22,7 +23,7 @@ public:
         double meanMs() const { return count ? double(totalNs) / count / 1e6 : 0.0; }
     };
 
-    // Times one span from construction to destruction.
+    /// Times one span from construction to destruction.
     class Span
     {
     public:
@@ -42,7 +43,7 @@ public:
     Stats stats(const QString& name) const;
     QStringList names() const;
     void reset();
-    // One INFO line per name: count, mean, min, max in milliseconds.
+    /// One INFO line per name: count, mean, min, max in milliseconds.
     void dump() const;
 
 private:

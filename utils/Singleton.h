@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
 #include "Logger.h"
 
 #include <QFlags>
@@ -7,25 +8,25 @@
 #include <mutex>
 
 namespace SingletonDetail {
-extern const char* const kLogSource;
+extern ORBIS_UTILS_EXPORT const char* const kLogSource;
 }
 
 enum class SingletonCreation
 {
-    // The instance is deleted by shutdown() (and at process exit when registered).
+    /// The instance is deleted by shutdown() (and at process exit when registered).
     Destroyable = 0x1,
-    // The instance lives until the process ends; shutdown() only forbids re-creation.
+    /// The instance lives until the process ends; shutdown() only forbids re-creation.
     Leaked = 0x2,
 };
 Q_DECLARE_FLAGS(SingletonCreationFlags, SingletonCreation)
 Q_DECLARE_OPERATORS_FOR_FLAGS(SingletonCreationFlags)
 
-// A lazily created process-wide instance of T. Creation is guarded by a mutex; a
-// creation that asks for its own singleton again, and a request after shutdown,
-// are reported and answered with nullptr.
-//
-// T needs a constructor without arguments reachable from Singleton<T>
-// (a public one, or `friend class Singleton<T>;`).
+/// A lazily created process-wide instance of T. Creation is guarded by a mutex; a
+/// creation that asks for its own singleton again, and a request after shutdown,
+/// are reported and answered with nullptr.
+///
+/// T needs a constructor without arguments reachable from Singleton<T>
+/// (a public one, or `friend class Singleton<T>;`).
 template <typename T, int Flags = int(SingletonCreation::Destroyable)>
 class Singleton
 {

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "OrbisUtilsExport.h"
 #include "DataValue.h"
 
-// A data value holding text; besides "valueChanged(DataValue*)" it emits
-// "stringValueChanged(StringDataValue*)".
-class StringDataValue : public DataValue
+/// A data value holding text; besides "valueChanged(DataValue*)" it emits
+/// "stringValueChanged(StringDataValue*)".
+class ORBIS_UTILS_EXPORT StringDataValue : public DataValue
 {
     Q_OBJECT
 

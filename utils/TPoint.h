@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-// A plain 2D point of any arithmetic type (projected coordinates, world pixels).
+/// A plain 2D point of any arithmetic type (projected coordinates, world pixels).
 template <typename T>
 struct TPoint
 {

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-// A rectangle as origin and size (x, y, width, height). A negative height means
-// that the y axis of the space points the other way (north-up extents).
+/// A rectangle as origin and size (x, y, width, height). A negative height means
+/// that the y axis of the space points the other way (north-up extents).
 template <typename T>
 struct TRect
 {

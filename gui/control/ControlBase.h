@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
 #include "ElapsedTimer.h"
 
@@ -8,13 +9,13 @@
 
 class DisplayImage;
 
-// The base of touchable controls. It turns the touch callbacks of its view into
-// control semantics: a pressed state that follows the finger out of and back into
-// the touch area (the view grown by its touch padding), an optional hold time after
-// which the control reports held once per press, a selected state, and one state
-// word from which subclasses draw their look. A control keeps its finger while the
-// finger moves over other views.
-class ControlBase : public DisplayView
+/// The base of touchable controls. It turns the touch callbacks of its view into
+/// control semantics: a pressed state that follows the finger out of and back into
+/// the touch area (the view grown by its touch padding), an optional hold time after
+/// which the control reports held once per press, a selected state, and one state
+/// word from which subclasses draw their look. A control keeps its finger while the
+/// finger moves over other views.
+class ORBIS_UI_EXPORT ControlBase : public DisplayView
 {
     Q_OBJECT
 
@@ -29,9 +30,9 @@ public:
 
     explicit ControlBase(DisplayView* parent);
 
-    // Virtual operations added to the view's, in slot order.
+    /// Virtual operations added to the view's, in slot order.
     virtual void setSelected(bool selected);
-    // Called after the state word changed, before stateChanged(ControlBase*).
+    /// Called after the state word changed, before stateChanged(ControlBase*).
     virtual void stateChanged();
     virtual void holdTimerExpired();
     virtual void startHoldTimer();
@@ -43,25 +44,25 @@ public:
     bool isTouchActive() const { return mTouchActive; }
     bool isInside() const { return mInside; }
     bool isHeld() const { return mHeld; }
-    // Whether the flags form a state a control can be in (only the three bits).
+    /// Whether the flags form a state a control can be in (only the three bits).
     static bool isValidState(ControlStates state);
     void updateState();
 
-    // Below 1 (the default is -1), a press is never held.
+    /// Below 1 (the default is -1), a press is never held.
     void setHoldTime(int ms) { mHoldTime = ms; }
     int holdTime() const { return mHoldTime; }
-    // How long the last press was held when its timer stopped; -1 while one runs.
+    /// How long the last press was held when its timer stopped; -1 while one runs.
     int timeHeld() const { return mTimeHeld; }
-    // When set, leaving the touch area keeps the control pressed.
+    /// When set, leaving the touch area keeps the control pressed.
     void setStayPressedWhenDraggedOut(bool stay) { mStayPressedWhenDraggedOut = stay; }
     bool staysPressedWhenDraggedOut() const { return mStayPressedWhenDraggedOut; }
 
-    // The control takes touches only where the map's pixel is not transparent. The
-    // map is stretched over the view; the touch padding extends its edge pixels.
-    // Null clears it.
+    /// The control takes touches only where the map's pixel is not transparent. The
+    /// map is stretched over the view; the touch padding extends its edge pixels.
+    /// Null clears it.
     void setTouchMap(DisplayImage* map);
     const QImage& touchMap() const { return mTouchMap; }
-    // `point` in the view's coordinates.
+    /// `point` in the view's coordinates.
     bool touchMapContainsPoint(QPoint point);
 
     DisplayView* viewAtPoint(QPoint point) override;
@@ -76,7 +77,7 @@ public:
     void disabled() override;
     QVariantMap toVariantMap() override;
 
-    // Disabled controls draw at this opacity.
+    /// Disabled controls draw at this opacity.
     static constexpr qreal kDisabledOpacity = 0.4;
 
 signals:
@@ -91,14 +92,14 @@ signals:
     void cancelTouched(ControlBase* control);
 
 protected:
-    // The point of a live touch, in screen coordinates (the press point when the
-    // dispatcher does not know the touch).
+    /// The point of a live touch, in screen coordinates (the press point when the
+    /// dispatcher does not know the touch).
     QPoint touchPoint(int touch) const;
-    // The view's rectangle in screen coordinates.
+    /// The view's rectangle in screen coordinates.
     QRect screenRect() const;
-    // A screen point in the view's coordinates.
+    /// A screen point in the view's coordinates.
     QPoint mapFromScreen(QPoint point) const;
-    // Ends the current press without a release (cancel, disable).
+    /// Ends the current press without a release (cancel, disable).
     void endPress();
 
 private:

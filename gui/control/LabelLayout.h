@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <GlyphRun.h>
 #include <QColor>
 #include <QFont>
@@ -11,12 +13,12 @@
 
 class QPainter;
 
-// Text broken into lines for one width, font and set of rules, kept as glyph runs
-// that the paint engine draws without laying anything out again. Lines break at
-// word boundaries (anywhere inside a word longer than the line) and at "\n"; a
-// line that does not fit, or the last line allowed when text is left over, is
-// elided with "…".
-class LabelLayout
+/// Text broken into lines for one width, font and set of rules, kept as glyph runs
+/// that the paint engine draws without laying anything out again. Lines break at
+/// word boundaries (anywhere inside a word longer than the line) and at "\n"; a
+/// line that does not fit, or the last line allowed when text is left over, is
+/// elided with "…".
+class ORBIS_UI_EXPORT LabelLayout
 {
 public:
     struct Rules
@@ -33,9 +35,9 @@ public:
         bool operator!=(const Rules& o) const { return !(*this == o); }
     };
 
-    // `width` < 0: as wide as the text wants.
+    /// `width` < 0: as wide as the text wants.
     void layout(const QString& text, qreal width, const Rules& rules);
-    // The size that layout() would give, without keeping any runs.
+    /// The size that layout() would give, without keeping any runs.
     static QSizeF measure(const QString& text, qreal width, const Rules& rules);
 
     void clear();
@@ -43,12 +45,12 @@ public:
     QSizeF size() const { return mSize; }
     int lineCount() const { return mLines.size(); }
     bool isElided() const { return mElided; }
-    // The font the lines were set in (smaller than the rules' with fitText).
+    /// The font the lines were set in (smaller than the rules' with fitText).
     const QFont& font() const { return mFont; }
     QString lineText(int line) const;
 
-    // Draws the block inside `rect` by the alignment, as glyph runs through the
-    // framework's engine or as text on any other painter.
+    /// Draws the block inside `rect` by the alignment, as glyph runs through the
+    /// framework's engine or as text on any other painter.
     void draw(QPainter& painter, const QRect& rect, Qt::Alignment alignment, const QColor& color) const;
 
 private:
@@ -60,7 +62,7 @@ private:
         QVector<gfx::GlyphRun> runs;
     };
 
-    // Breaks the text; with runs, keeps them. Returns the block's size.
+    /// Breaks the text; with runs, keeps them. Returns the block's size.
     static QSizeF build(const QString& text, qreal width, const Rules& rules, QVector<Line>* lines,
                         bool* elided, QFont* fitted, bool runs);
     QPointF lineOrigin(const Line& line, const QRect& rect, Qt::Alignment alignment) const;

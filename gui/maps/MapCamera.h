@@ -1,11 +1,12 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "LocationCoordinate.h"
 
-// Where a map view looks: the centre, a fractional zoom level (tile pyramid level
-// plus magnification), the map's heading in degrees (the direction shown upwards)
-// and the tilt away from looking straight down, in degrees.
-struct MapCamera
+/// Where a map view looks: the centre, a fractional zoom level (tile pyramid level
+/// plus magnification), the map's heading in degrees (the direction shown upwards)
+/// and the tilt away from looking straight down, in degrees.
+struct ORBIS_UI_EXPORT MapCamera
 {
     LocationCoordinate center;
     double zoom = 15.0;

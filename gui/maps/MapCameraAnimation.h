@@ -1,21 +1,22 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "InterpolatedValue.h"
 #include "MapCamera.h"
 
 #include <ElapsedTimer.h>
 
-// A camera move over time: the centre glides in world coordinates, the heading
-// turns the short way round, and when the centre travels far compared with what
-// the view shows, the zoom dips in the middle of the move so that the way is seen
-// from above rather than smeared across the screen.
-class MapCameraAnimation
+/// A camera move over time: the centre glides in world coordinates, the heading
+/// turns the short way round, and when the centre travels far compared with what
+/// the view shows, the zoom dips in the middle of the move so that the way is seen
+/// from above rather than smeared across the screen.
+class ORBIS_UI_EXPORT MapCameraAnimation
 {
 public:
     MapCameraAnimation(const MapCamera& from, const MapCamera& to, double seconds,
                        InterpolatedValue::EaseType ease, double viewSize);
 
-    // The camera at this moment of the framework clock.
+    /// The camera at this moment of the framework clock.
     MapCamera current() const;
     MapCamera at(double progress) const;
     bool isFinished() const;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "LocationCoordinate.h"
 #include "native/MapTransform.h"
 
@@ -9,11 +10,11 @@
 
 class QPainter;
 
-// A line through geographic points drawn over the map (a route), stroked by the
-// paint engine in view pixels: its width stays the same at every zoom and tilt.
-// The part beyond the far edge of a tilted view is cut off before projecting, so
-// points near or past the horizon never reach the screen.
-class MapRouteOverlay
+/// A line through geographic points drawn over the map (a route), stroked by the
+/// paint engine in view pixels: its width stays the same at every zoom and tilt.
+/// The part beyond the far edge of a tilted view is cut off before projecting, so
+/// points near or past the horizon never reach the screen.
+class ORBIS_UI_EXPORT MapRouteOverlay
 {
 public:
     void setPoints(const QVector<LocationCoordinate>& points) { mPoints = points; }
@@ -25,7 +26,7 @@ public:
     double width() const { return mWidth; }
     bool isEmpty() const { return mPoints.size() < 2; }
 
-    // The visible line in projected view pixels.
+    /// The visible line in projected view pixels.
     QPainterPath path(const NativeMaps::MapTransform& transform) const;
     void paint(QPainter& painter, const NativeMaps::MapTransform& transform) const;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "native/MapTransform.h"
 #include "native/tiles/TileId.h"
 
@@ -16,13 +17,13 @@ namespace NativeMaps {
 class TileLoader;
 }
 
-// Draws the map tiles of one camera as textured quads in the camera's projection.
-// prepare() (GUI thread, before the frame's display list is drawn) asks the loader
-// for the tiles of the view, centre first, and lays out one quad per visible tile:
-// the tile itself when it is loaded, else the part of its nearest loaded ancestor
-// that covers it, scaled, so zooming never opens holes. render() then draws the
-// quads with as few texture binds as the layout allows.
-class MapTileRenderer : public gfx::ICustomRenderer
+/// Draws the map tiles of one camera as textured quads in the camera's projection.
+/// prepare() (GUI thread, before the frame's display list is drawn) asks the loader
+/// for the tiles of the view, centre first, and lays out one quad per visible tile:
+/// the tile itself when it is loaded, else the part of its nearest loaded ancestor
+/// that covers it, scaled, so zooming never opens holes. render() then draws the
+/// quads with as few texture binds as the layout allows.
+class ORBIS_UI_EXPORT MapTileRenderer : public gfx::ICustomRenderer
 {
 public:
     struct FrameStats
@@ -40,19 +41,19 @@ public:
 
     void prepare(const NativeMaps::MapTransform& transform);
     void render(const gfx::RenderState& state, const QRect& target, const QRect& source) override;
-    // The same picture through a painter, one image per tile (for painters that
-    // are not the engine's, and as the reference the fast path is measured against).
+    /// The same picture through a painter, one image per tile (for painters that
+    /// are not the engine's, and as the reference the fast path is measured against).
     void paint(QPainter& painter, const QRect& target);
 
     const FrameStats& stats() const { return mStats; }
-    // Every visible tile drawn from its own texture.
+    /// Every visible tile drawn from its own texture.
     bool isComplete() const { return mStats.holes == 0 && mStats.fallback == 0; }
 
-    // Shown where no tile covers the view.
+    /// Shown where no tile covers the view.
     void setBackground(const QColor& color) { mBackground = color; }
     const QColor& background() const { return mBackground; }
 
-    // Drops every texture this renderer holds (they are deleted at the frame's end).
+    /// Drops every texture this renderer holds (they are deleted at the frame's end).
     void releaseTextures();
     int textureCount() const { return mTextures.size(); }
 
@@ -71,8 +72,8 @@ private:
         quint64 lastUse = 0;
     };
 
-    // The texture of a tile, made from the loader's image while the frame's upload
-    // budget lasts; null when neither is there.
+    /// The texture of a tile, made from the loader's image while the frame's upload
+    /// budget lasts; null when neither is there.
     const Texture* texture(const NativeMaps::TileId& tile, bool mayUpload);
     void trimTextures();
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
 #include "MapCamera.h"
 #include "MapCameraAnimation.h"
@@ -18,13 +19,13 @@ class TileLoader;
 class TileSource;
 } // namespace NativeMaps
 
-// The navigation map: tiles under a camera (centre, zoom, heading, tilt), a route
-// line and the car. One finger pans; two fingers pinch to zoom and turn to rotate
-// about their midpoint, and moving up or down side by side tilts. Camera moves can
-// be animated (flyTo). The car follows position fixes smoothed by a
-// GPSInterpolator; in follow mode the camera keeps the car at the focus point,
-// heading up, until a finger moves the map.
-class MapView : public DisplayView
+/// The navigation map: tiles under a camera (centre, zoom, heading, tilt), a route
+/// line and the car. One finger pans; two fingers pinch to zoom and turn to rotate
+/// about their midpoint, and moving up or down side by side tilts. Camera moves can
+/// be animated (flyTo). The car follows position fixes smoothed by a
+/// GPSInterpolator; in follow mode the camera keeps the car at the focus point,
+/// heading up, until a finger moves the map.
+class ORBIS_UI_EXPORT MapView : public DisplayView
 {
     Q_OBJECT
 
@@ -36,13 +37,13 @@ public:
     MapView(DisplayView* parent = nullptr, const char* name = nullptr);
     ~MapView() override;
 
-    // The view takes both over (either may be null: no tiles, or no disk cache).
+    /// The view takes both over (either may be null: no tiles, or no disk cache).
     void setTileSource(NativeMaps::TileSource* source, NativeMaps::TileCache* cache = nullptr);
     NativeMaps::TileSource* tileSource() const { return mSource; }
     NativeMaps::TileLoader* tileLoader() const { return mLoader; }
     MapTileRenderer* tileRenderer() const { return mRenderer.get(); }
 
-    // Camera. Zoom and tilt are kept within their limits, the heading in [0, 360).
+    /// Camera. Zoom and tilt are kept within their limits, the heading in [0, 360).
     const MapCamera& camera() const { return mCamera; }
     void setCamera(const MapCamera& camera);
     void setCenter(const LocationCoordinate& center);
@@ -52,17 +53,17 @@ public:
     void flyTo(const MapCamera& target, double seconds, EaseType ease = InterpolatedValue::EaseInOutCubic);
     bool isAnimating() const { return mAnimation != nullptr; }
     void stopAnimation();
-    // Where the camera's centre appears, as fractions of the view's size.
+    /// Where the camera's centre appears, as fractions of the view's size.
     void setFocus(const QPointF& fraction);
     const QPointF& focus() const { return mFocus; }
 
-    // The camera of the current frame.
+    /// The camera of the current frame.
     NativeMaps::MapTransform transform() const { return transformFor(mCamera); }
     NativeMaps::MapTransform transformFor(const MapCamera& camera) const;
     QPointF viewPointFromLatLng(const LocationCoordinate& coordinate) const;
     LocationCoordinate latLngFromViewPoint(const QPointF& point) const;
 
-    // The car: the first fix places it, later ones are blended towards.
+    /// The car: the first fix places it, later ones are blended towards.
     void addGpsFix(double latitude, double longitude, double heading);
     bool hasCar() const { return mGps != nullptr; }
     const LocationCoordinate& carPosition() const { return mCarPosition; }
@@ -95,8 +96,8 @@ private:
     void userMovedMap();
     void updateCar();
     void paintCar(QPainter& painter, const NativeMaps::MapTransform& transform);
-    // The camera that keeps the geographic point `anchor` at `point` (projected view
-    // pixels) once `camera` is applied.
+    /// The camera that keeps the geographic point `anchor` at `point` (projected view
+    /// pixels) once `camera` is applied.
     MapCamera anchored(const MapCamera& camera, const LocationCoordinate& anchor, const QPointF& point) const;
     QPointF touchPoint(int touch, bool pairCenter) const;
     void followTilt();

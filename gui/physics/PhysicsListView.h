@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
 #include "InterpolatedValue.h"
 #include "ScrollHandler.h"
@@ -7,12 +8,12 @@
 #include <QPointer>
 #include <QVector>
 
-// A list that stacks its children along one direction, in list order, and scrolls
-// them under the finger with friction and edge springs. A drag that runs mostly
-// across the list instead slides the item under the finger sideways; when it is let
-// go the item returns and itemSwiped reports how far it was pulled. The list owns
-// the placement of its children.
-class PhysicsListView : public DisplayView
+/// A list that stacks its children along one direction, in list order, and scrolls
+/// them under the finger with friction and edge springs. A drag that runs mostly
+/// across the list instead slides the item under the finger sideways; when it is let
+/// go the item returns and itemSwiped reports how far it was pulled. The list owns
+/// the placement of its children.
+class ORBIS_UI_EXPORT PhysicsListView : public DisplayView
 {
     Q_OBJECT
 
@@ -26,7 +27,7 @@ public:
     const ScrollHandler& scrollHandler() const { return mScroll; }
     ScrollHandler& scrollHandler() { return mScroll; }
 
-    // The touch point is in screen coordinates.
+    /// The touch point is in screen coordinates.
     void touched(int touch, QPoint point) override;
     void dragged(int touch, QSize delta) override;
     void released(int touch) override;
@@ -57,10 +58,10 @@ private:
     ScrollHandler mScroll;
     int mTouch = -1;
     DragMode mMode = DragMode::Undecided;
-    QPoint mTouchPoint; // in the list's coordinates
+    QPoint mTouchPoint; ///< in the list's coordinates
     QSize mPendingDrag;
     QPointer<DisplayView> mSwipedItem;
     InterpolatedValue mSwipeOffset;
-    // Recent movements along the list (clock milliseconds, distance) for the release speed.
+    /// Recent movements along the list (clock milliseconds, distance) for the release speed.
     QVector<QPair<qint64, float>> mMoves;
 };

@@ -1,15 +1,16 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "InterpolatedValue.h"
 
-// The scroll position of one axis of a scrolling view: follows the finger while it
-// is down (with resistance past either end) and glides with friction and springs
-// back when it is let go. Positions run from 0 (start) down to minus the extent.
-// The owner advances it with update(false) once per frame.
-class ScrollHandler : public InterpolatedValue
+/// The scroll position of one axis of a scrolling view: follows the finger while it
+/// is down (with resistance past either end) and glides with friction and springs
+/// back when it is let go. Positions run from 0 (start) down to minus the extent.
+/// The owner advances it with update(false) once per frame.
+class ORBIS_UI_EXPORT ScrollHandler : public InterpolatedValue
 {
 public:
-    static constexpr float kScrollFriction = 0.01f; // 1% of the speed is left after a second
+    static constexpr float kScrollFriction = 0.01f; ///< 1% of the speed is left after a second
     static constexpr float kScrollSpring = 90.0f;
     static constexpr float kScrollDamping = 20.0f;
     static constexpr float kDoneThreshold = 2.0f;
@@ -19,7 +20,7 @@ public:
 
     void onTouchStart(float position);
     void onTouchMove(float delta);
-    // Velocity in units per second; ignored when the finger never moved.
+    /// Velocity in units per second; ignored when the finger never moved.
     void onTouchEnd(float velocity);
     void startScrollAnimation(float velocity);
     double calculateUnderscrollPos() const;

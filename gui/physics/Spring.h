@@ -1,11 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <cstdint>
 
-// A damped spring solved in closed form, so that scrolling code can ask for the
-// position and velocity at any frame time instead of stepping a simulation.
-// Times come in as milliseconds of the caller's clock; the solution runs in seconds.
-class Spring
+/// A damped spring solved in closed form, so that scrolling code can ask for the
+/// position and velocity at any frame time instead of stepping a simulation.
+/// Times come in as milliseconds of the caller's clock; the solution runs in seconds.
+class ORBIS_UI_EXPORT Spring
 {
 public:
     enum SolutionType : int32_t
@@ -16,8 +18,8 @@ public:
         Underdamped = 3
     };
 
-    // Doubles as the "placed" flag: a spring built with SnapFirstEnd jumps to the
-    // first end it is given instead of animating from wherever it was.
+    /// Doubles as the "placed" flag: a spring built with SnapFirstEnd jumps to the
+    /// first end it is given instead of animating from wherever it was.
     enum SnapBehavior : int32_t
     {
         SnapFirstEnd = 0,
@@ -28,7 +30,7 @@ public:
 
     Spring(float mass, float k, float damping, SnapBehavior snap);
 
-    // Starts a new solution from displacement p0 (relative to the end) and velocity u0.
+    /// Starts a new solution from displacement p0 (relative to the end) and velocity u0.
     void solve(float p0, float u0);
     float computeX(float t) const;
     float computeDx(float t) const;
@@ -45,8 +47,8 @@ public:
 
 private:
     float elapsed(long long ms) const;
-    // Speeds and offsets are compared after truncation to whole units, so anything
-    // below one unit counts as settled; this ends animations sooner.
+    /// Speeds and offsets are compared after truncation to whole units, so anything
+    /// below one unit counts as settled; this ends animations sooner.
     static bool withinTolerance(float value);
 
     SolutionType mType = Snapped;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "GeoBoundingBox.h"
 #include "LocationCoordinate.h"
 #include "native/MapCRSAffineTransform.h"
@@ -13,13 +14,13 @@
 
 namespace NativeMaps {
 
-// A coordinate reference system: a projection, the affine map onto the unit
-// world square, and the ranges in which coordinates wrap. World pixels at zoom z
-// are normalised units times scale(z).
-class MapCRS
+/// A coordinate reference system: a projection, the affine map onto the unit
+/// world square, and the ranges in which coordinates wrap. World pixels at zoom z
+/// are normalised units times scale(z).
+class ORBIS_UI_EXPORT MapCRS
 {
 public:
-    // A wrap range whose ends are NaN means the coordinate does not wrap.
+    /// A wrap range whose ends are NaN means the coordinate does not wrap.
     struct WrapRange
     {
         double minimum = NAN;
@@ -33,11 +34,11 @@ public:
     MapCRS(const MapCRS&) = delete;
     MapCRS& operator=(const MapCRS&) = delete;
 
-    // The process-wide CRS of every map computation. Not owned; installed on the
-    // main thread while no worker reads it.
+    /// The process-wide CRS of every map computation. Not owned; installed on the
+    /// main thread while no worker reads it.
     static void setDefaultCRS(MapCRS* crs);
     static MapCRS* defaultCRS();
-    // defaultCRS(), reporting when none is installed.
+    /// defaultCRS(), reporting when none is installed.
     static const MapCRS* requireDefaultCRS();
 
     virtual double scale(double zoom) const;
@@ -47,11 +48,11 @@ public:
 
     double metersPerPixel(double zoom) const;
     QRectF getProjectedBounds(double zoom) const;
-    // Works through the default CRS, whichever CRS it is called on.
+    /// Works through the default CRS, whichever CRS it is called on.
     QRect boundingBoxToPixels(const GeoBoundingBox& box, double zoom) const;
 
     QPointF worldPixelsFromLatLng(const LocationCoordinate& coordinate, double zoom) const;
-    // The inverse of worldPixelsFromLatLng, without any wrapping or clamping.
+    /// The inverse of worldPixelsFromLatLng, without any wrapping or clamping.
     LocationCoordinate latLngFromWorldPixels(const QPointF& worldPixels, double zoom) const;
 
     const MapCRSProjection* projection() const { return mProjection.get(); }
@@ -75,8 +76,8 @@ private:
     WrapRange mLongitudeWrap;
 };
 
-// A CRS on the Earth: longitude wraps at the antimeridian, distances are great-circle metres.
-class MapCRSEarth : public MapCRS
+/// A CRS on the Earth: longitude wraps at the antimeridian, distances are great-circle metres.
+class ORBIS_UI_EXPORT MapCRSEarth : public MapCRS
 {
 public:
     MapCRSEarth(MapCRSProjection* projection, const MapCRSAffineTransform& affine);
@@ -84,16 +85,16 @@ public:
     double distance(const LocationCoordinate& a, const LocationCoordinate& b) const override;
 };
 
-// Web Mercator: the whole world on the unit square, y growing southwards.
-class MapCRSEPSG3857 : public MapCRSEarth
+/// Web Mercator: the whole world on the unit square, y growing southwards.
+class ORBIS_UI_EXPORT MapCRSEPSG3857 : public MapCRSEarth
 {
 public:
     MapCRSEPSG3857();
 };
 
-// Korean UTM-K on a 2^19 m grid whose south-west corner is at (171162, 1214781).
-// Nothing wraps: the grid covers only the peninsula.
-class MapCRSEPSG5179 : public MapCRSEarth
+/// Korean UTM-K on a 2^19 m grid whose south-west corner is at (171162, 1214781).
+/// Nothing wraps: the grid covers only the peninsula.
+class ORBIS_UI_EXPORT MapCRSEPSG5179 : public MapCRSEarth
 {
 public:
     MapCRSEPSG5179();

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TPoint.h"
 
 namespace NativeMaps {
 
-// Maps projected units to normalised world units (the unit square of the tile
-// pyramid) and back, axis by axis.
-struct MapCRSAffineTransform
+/// Maps projected units to normalised world units (the unit square of the tile
+/// pyramid) and back, axis by axis.
+struct ORBIS_UI_EXPORT MapCRSAffineTransform
 {
     double scaleX = 1.0;
     double offsetX = 0.0;

@@ -1,15 +1,16 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "LocationCoordinate.h"
 #include "TPoint.h"
 #include "TRect.h"
 
 namespace NativeMaps {
 
-// Maps latitude/longitude to the projected units of a coordinate reference system
-// and back. `bounds` is the projection's extent; a negative height means the
-// projected y axis points north.
-class MapCRSProjection
+/// Maps latitude/longitude to the projected units of a coordinate reference system
+/// and back. `bounds` is the projection's extent; a negative height means the
+/// projected y axis points north.
+class ORBIS_UI_EXPORT MapCRSProjection
 {
 public:
     explicit MapCRSProjection(const TRect<double>& bounds) : mBounds(bounds) {}
@@ -25,8 +26,8 @@ private:
     TRect<double> mBounds;
 };
 
-// Spherical Mercator: the whole world square, top edge first (hence the negative height).
-class MapCRSProjectionSphericalMercator : public MapCRSProjection
+/// Spherical Mercator: the whole world square, top edge first (hence the negative height).
+class ORBIS_UI_EXPORT MapCRSProjectionSphericalMercator : public MapCRSProjection
 {
 public:
     MapCRSProjectionSphericalMercator();
@@ -36,8 +37,8 @@ public:
     double metersPerProjectedUnit() const override { return 1.0; }
 };
 
-// Korean UTM-K; the extent belongs to the tile grid, so the caller gives it.
-class MapCRSProjectionUTMK : public MapCRSProjection
+/// Korean UTM-K; the extent belongs to the tile grid, so the caller gives it.
+class ORBIS_UI_EXPORT MapCRSProjectionUTMK : public MapCRSProjection
 {
 public:
     explicit MapCRSProjectionUTMK(const TRect<double>& bounds) : MapCRSProjection(bounds) {}

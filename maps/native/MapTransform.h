@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "LocationCoordinate.h"
 #include "native/MapProjection.h"
 
@@ -16,12 +17,12 @@
 
 namespace NativeMaps {
 
-// One frame's camera, and every conversion between the spaces of the map:
-// latitude/longitude, world pixels at zoomLevel (relative to the reference),
-// view pixels (rotated and scaled), projected view pixels (tilted) and tile
-// coordinates. Immutable apart from reset and clampToCRSBounds: camera changes
-// build new values. All computations go through MapCRS::defaultCRS().
-class MapTransform
+/// One frame's camera, and every conversion between the spaces of the map:
+/// latitude/longitude, world pixels at zoomLevel (relative to the reference),
+/// view pixels (rotated and scaled), projected view pixels (tilted) and tile
+/// coordinates. Immutable apart from reset and clampToCRSBounds: camera changes
+/// build new values. All computations go through MapCRS::defaultCRS().
+class ORBIS_UI_EXPORT MapTransform
 {
 public:
     MapTransform() = default;
@@ -43,7 +44,7 @@ public:
 
     QPointF projectedViewPixelsFromLatLng(const LocationCoordinate& coordinate) const;
     LocationCoordinate latLngFromProjectedViewPixels(const QPointF& projectedViewPoint) const;
-    // The argument is an offset from referenceViewPoint, not a view position.
+    /// The argument is an offset from referenceViewPoint, not a view position.
     QPointF relativeWorldPixelsFromViewPixels(const QPointF& viewOffset) const;
     QPointF projectedViewPixelsFromRelativeWorldPixels(const QPointF& relativeWorldPixels) const;
     QPointF relativeWorldPixelsFromTile(const QPoint& tile) const;
@@ -51,12 +52,12 @@ public:
     QPointF tilePointFromViewPixels(const QPointF& projectedViewPoint) const;
     QRectF unboundedProjectedRectFromProjectedViewRect(const QRectF& projectedViewRect) const;
     QRect boundedProjectedRectFromProjectedViewRect(const QRectF& projectedViewRect) const;
-    // An empty rect stands for the whole viewport.
+    /// An empty rect stands for the whole viewport.
     QRectF clippedProjectedRect(const QRectF& projectedViewRect) const;
     QPolygonF tilePolygon(QRectF& viewRectOut) const;
     QPolygonF projectedViewPolygonFromTile(const QPoint& tile) const;
-    // Tiles that cover the view, centre-out around `center` (projected view pixels)
-    // unless it is (0, 0); empty when more than maxTiles would be needed.
+    /// Tiles that cover the view, centre-out around `center` (projected view pixels)
+    /// unless it is (0, 0); empty when more than maxTiles would be needed.
     QVector<QPoint> tilePoints(int maxTiles, const QPointF& center, const QRegion& covered,
                                QRectF& viewRectOut) const;
 
@@ -79,7 +80,7 @@ public:
 
 private:
     bool isPerspective() const;
-    // The world-pixel bounding box of the (clipped) view.
+    /// The world-pixel bounding box of the (clipped) view.
     QRectF viewFootprint() const;
 
     int mZoomLevel = 0;

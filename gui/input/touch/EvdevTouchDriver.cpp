@@ -11,6 +11,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+static const char* const kLogSource = "../../../gui/input/touch/EvdevTouchDriver";
+
 EvdevTouchDriver::EvdevTouchDriver() = default;
 
 EvdevTouchDriver::~EvdevTouchDriver()
@@ -20,7 +22,7 @@ EvdevTouchDriver::~EvdevTouchDriver()
 
 void EvdevTouchDriver::fail(const QString& message)
 {
-    Logger::error(message);
+    ORBIS_ERROR(message);
     DataValue::EventLocker lock(GUI_touchDriverError);
     GUI_touchDriverError.setValue(true);
 }
@@ -70,7 +72,7 @@ void EvdevTouchDriver::stop()
         const char byte = 0;
         // The reader polls the wake pipe beside the device; a write ends the poll.
         if (::write(mWake[1], &byte, 1) < 0)
-            Logger::warn(QStringLiteral("Cannot wake the touch reader"));
+            ORBIS_WARN(QStringLiteral("Cannot wake the touch reader"));
         mThread.join();
     }
     for (int& end : mWake) {

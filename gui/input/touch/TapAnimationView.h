@@ -1,9 +1,10 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
 
-// A ring that marks where a tap landed and fades away, then deletes itself.
-class TapAnimationView : public DisplayView
+/// A ring that marks where a tap landed and fades away, then deletes itself.
+class ORBIS_UI_EXPORT TapAnimationView : public DisplayView
 {
     Q_OBJECT
 

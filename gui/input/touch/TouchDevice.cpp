@@ -86,7 +86,7 @@ bool TouchDevice::loadTouchDriver(const QString& name)
         mDriver = std::move(driver);
         return true;
     }
-    Logger::error(QStringLiteral("Unknown touch driver: %1").arg(name));
+    ORBIS_ERROR(QStringLiteral("Unknown touch driver: %1").arg(name));
     DataValue::EventLocker lock(GUI_touchDriverError);
     GUI_touchDriverError.setValue(true);
     return false;
@@ -109,7 +109,7 @@ void TouchDevice::touchDriverError()
     }
     if (!failed || !mDriver)
         return;
-    Logger::warn(QStringLiteral("Touch driver failed; touch input continues from the mouse"));
+    ORBIS_WARN(QStringLiteral("Touch driver failed; touch input continues from the mouse"));
     dropDriver();
     if (mDevice)
         mDevice->showCursor(true);
@@ -168,7 +168,7 @@ bool TouchDevice::validId(int id)
 {
     if (id >= 0 && id < kMaxTouches)
         return true;
-    Logger::warn(QStringLiteral("invalid touch %1").arg(id));
+    ORBIS_WARN(QStringLiteral("invalid touch %1").arg(id));
     return false;
 }
 
@@ -196,7 +196,7 @@ void TouchDevice::dispatch(const TouchEvent& event)
         return;
     TouchInfo& info = mInfos[event.id];
     if (inputBlocked()) {
-        Logger::info(QStringLiteral("blocking touch because no user present"));
+        ORBIS_INFO(QStringLiteral("blocking touch because no user present"));
         // A finger already down must not leave its view pressed forever.
         if (info.isLive())
             cancelTouch(info, event.id);
@@ -218,7 +218,7 @@ void TouchDevice::dispatch(const TouchEvent& event)
         release(event.id, event.point);
         break;
     default:
-        Logger::warn(QStringLiteral("invalid touch state %1").arg(int(event.state)));
+        ORBIS_WARN(QStringLiteral("invalid touch state %1").arg(int(event.state)));
         break;
     }
 }
@@ -293,7 +293,7 @@ void TouchDevice::press(int id, QPoint point)
         return;
     log(id, "touched", point, target);
     if (gLogTouchedViews.value())
-        Logger::info(QStringLiteral("Touched view: %1").arg(target->viewPath()));
+        ORBIS_INFO(QStringLiteral("Touched view: %1").arg(target->viewPath()));
     info.delivered = true;
     target->touched(id, point);
 }
@@ -479,8 +479,8 @@ void TouchDevice::setView(int id, DisplayView* view)
         return;
     TouchInfo& info = mInfos[id];
     if (view && info.view == view && info.delivered) {
-        Logger::warn(QStringLiteral("Attempting to set touch on a view that already received it: %1")
-                         .arg(view->viewPath()));
+        ORBIS_WARN(QStringLiteral("Attempting to set touch on a view that already received it: %1")
+                       .arg(view->viewPath()));
         return;
     }
     if (info.view && info.view != view)
@@ -526,7 +526,7 @@ void TouchDevice::transferTouch(int id, DisplayView* to)
     if (!info.isLive() || !to)
         return;
     if (!to->touchable(id))
-        Logger::warn(QStringLiteral("Transfering touch to untouchable view: %1").arg(to->viewPath()));
+        ORBIS_WARN(QStringLiteral("Transfering touch to untouchable view: %1").arg(to->viewPath()));
     if (info.view != to)
         clearView(id);
     setView(id, to);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
 #include "ElapsedTimer.h"
 #include "TouchEvent.h"
@@ -18,11 +19,11 @@ class MouseTouchDriver;
 class QMouseEvent;
 class TouchDriver;
 
-// The touch dispatcher of one display. Drivers queue raw presses, moves and releases
-// from their own threads; once per frame processEvents() delivers them on the GUI
-// thread: hit testing, ownership, taps, multi-taps, drags and two-finger pinch and
-// rotate, as callbacks on the owning views.
-class TouchDevice : public QObject, public TouchOwnership
+/// The touch dispatcher of one display. Drivers queue raw presses, moves and releases
+/// from their own threads; once per frame processEvents() delivers them on the GUI
+/// thread: hit testing, ownership, taps, multi-taps, drags and two-finger pinch and
+/// rotate, as callbacks on the owning views.
+class ORBIS_UI_EXPORT TouchDevice : public QObject, public TouchOwnership
 {
     Q_OBJECT
 
@@ -31,13 +32,13 @@ public:
     static constexpr int kMultiTapMs = 333;
     static constexpr int kDefaultDragThreshold = 30;
 
-    // The dispatcher of the display, created on first use. It registers itself as the
-    // display's touch ownership and goes away with the display.
+    /// The dispatcher of the display, created on first use. It registers itself as the
+    /// display's touch ownership and goes away with the display.
     static TouchDevice* getInstance(DisplayDevice* device);
 
-    // "" or "mouse": the mouse only; "evdev" (the device of "ui/touch_device") or
-    // "evdev:<path>": a multi-touch controller beside the mouse. False when the
-    // driver cannot run; the mouse keeps working.
+    /// "" or "mouse": the mouse only; "evdev" (the device of "ui/touch_device") or
+    /// "evdev:<path>": a multi-touch controller beside the mouse. False when the
+    /// driver cannot run; the mouse keeps working.
     bool loadTouchDriver(const QString& name);
     TouchDriver* touchDriver() const { return mDriver.get(); }
     MouseTouchDriver* mouseDriver() const { return mMouse.get(); }
@@ -59,19 +60,19 @@ public:
     void cancelTouch(TouchInfo& info, int id);
     void cancelTouchEvents(DisplayView* view) override;
 
-    // Per-touch tuning by the owning view, valid until the next press of the identifier.
+    /// Per-touch tuning by the owning view, valid until the next press of the identifier.
     void setTapTimeThreshold(int id, int ms);
     void setDragDistanceThreshold(int id, int pixels);
     void setTapAnimation(int id, bool wanted);
-    // Holds a tap back until the multi-tap window has closed, so that the view gets one
-    // tapped() with the final tap count instead of one per press.
+    /// Holds a tap back until the multi-tap window has closed, so that the view gets one
+    /// tapped() with the final tap count instead of one per press.
     void setUseTapTimer(int id, bool use);
 
-    // Queries; an identifier outside the table is reported and reads as nothing.
+    /// Queries; an identifier outside the table is reported and reads as nothing.
     TouchInfo* info(int id);
     int getPair(int id);
     QPoint getPairCenterPoint(int id);
-    // Pixels per millisecond over the last samples of the touch.
+    /// Pixels per millisecond over the last samples of the touch.
     QPointF getVelocity(int id);
 
     void handleGesture(int id, DisplayView* view, DisplayView::TouchGesture gesture);
@@ -123,5 +124,5 @@ private:
     ElapsedTimer mSinceDisplayStateChange;
 };
 
-// The dispatcher of the most recently created display.
-extern TouchDevice* theTouchDevice;
+/// The dispatcher of the most recently created display.
+extern ORBIS_UI_EXPORT TouchDevice* theTouchDevice;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TouchEvent.h"
 
 #include <QMutex>
@@ -8,25 +9,25 @@
 #include <QVector>
 #include <QWaitCondition>
 
-// Source of raw touches. Drivers may queue from any thread; the dispatcher takes the
-// whole queue once per frame on the GUI thread.
-class TouchDriver
+/// Source of raw touches. Drivers may queue from any thread; the dispatcher takes the
+/// whole queue once per frame on the GUI thread.
+class ORBIS_UI_EXPORT TouchDriver
 {
 public:
     virtual ~TouchDriver() = default;
 
-    // down: the finger is on the glass. The first down of an identifier is a press,
-    // later ones are moves; an up releases it (an up for a finger that is not down is
-    // dropped, so that repeated releases from the controller cannot confuse a view).
+    /// down: the finger is on the glass. The first down of an identifier is a press,
+    /// later ones are moves; an up releases it (an up for a finger that is not down is
+    /// dropped, so that repeated releases from the controller cannot confuse a view).
     void queueEvent(int id, bool down, int x, int y);
-    // Hands over everything queued so far, in order, and empties the queue.
+    /// Hands over everything queued so far, in order, and empties the queue.
     QVector<TouchEvent> getEvents();
     bool hasEvents() const;
-    // Blocks until at least count events are queued or timeoutMs of real time pass;
-    // returns whether they arrived. For callers on other threads than the reader.
+    /// Blocks until at least count events are queued or timeoutMs of real time pass;
+    /// returns whether they arrived. For callers on other threads than the reader.
     bool waitForEvents(int count, int timeoutMs);
 
-    // The screen size, for drivers that scale controller coordinates to it.
+    /// The screen size, for drivers that scale controller coordinates to it.
     void setSize(const QSize& size);
     QSize size() const;
 

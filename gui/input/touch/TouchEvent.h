@@ -1,12 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TouchState.h"
 
 #include <QPoint>
 #include <QtGlobal>
 
-// One raw event from a touch driver, stamped on the framework clock when queued.
-struct TouchEvent
+/// One raw event from a touch driver, stamped on the framework clock when queued.
+struct ORBIS_UI_EXPORT TouchEvent
 {
     int id = 0;
     TouchState state = TouchIdle;

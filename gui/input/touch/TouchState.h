@@ -1,8 +1,8 @@
 #pragma once
 
-// The state of one touch identifier. The driver reports Touched, Moved and Released;
-// the dispatcher's record also moves through Pending (pressed, still within the drag
-// threshold) and Dragging.
+/// The state of one touch identifier. The driver reports Touched, Moved and Released;
+/// the dispatcher's record also moves through Pending (pressed, still within the drag
+/// threshold) and Dragging.
 enum TouchState
 {
     TouchIdle = 0,

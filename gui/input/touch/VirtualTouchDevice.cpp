@@ -27,8 +27,8 @@ bool VirtualTouchDevice::open(QSize screen, const QString& path)
 {
     const int fd = ::open(path.toLocal8Bit().constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) {
-        Logger::error(QStringLiteral("Cannot open virtual touch device %1: %2")
-                          .arg(path, QString::fromLocal8Bit(strerror(errno))));
+        ORBIS_ERROR(QStringLiteral("Cannot open virtual touch device %1: %2")
+                        .arg(path, QString::fromLocal8Bit(strerror(errno))));
         return false;
     }
     if (mOwnsFd)
@@ -74,13 +74,13 @@ bool VirtualTouchDevice::create()
     uinput_user_dev device;
     setStruct(&device);
     if (::write(mFd, &device, sizeof(device)) != ssize_t(sizeof(device))) {
-        Logger::error(QStringLiteral("Cannot describe virtual touch device: %1")
-                          .arg(QString::fromLocal8Bit(strerror(errno))));
+        ORBIS_ERROR(QStringLiteral("Cannot describe virtual touch device: %1")
+                        .arg(QString::fromLocal8Bit(strerror(errno))));
         return false;
     }
     if (mUinput && ioctl(mFd, UI_DEV_CREATE) < 0) {
-        Logger::error(QStringLiteral("Cannot create virtual touch device: %1")
-                          .arg(QString::fromLocal8Bit(strerror(errno))));
+        ORBIS_ERROR(QStringLiteral("Cannot create virtual touch device: %1")
+                        .arg(QString::fromLocal8Bit(strerror(errno))));
         mUinput = false;
         return false;
     }
@@ -141,7 +141,7 @@ bool VirtualTouchDevice::flush()
     const bool written = ::write(mFd, mFrame.constData(), size_t(bytes)) == bytes;
     mFrame.clear();
     if (!written)
-        Logger::error(QStringLiteral("Cannot write virtual touch event: %1")
-                          .arg(QString::fromLocal8Bit(strerror(errno))));
+        ORBIS_ERROR(QStringLiteral("Cannot write virtual touch event: %1")
+                        .arg(QString::fromLocal8Bit(strerror(errno))));
     return written;
 }

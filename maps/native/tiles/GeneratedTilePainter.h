@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TileId.h"
 
 #include <QColor>
@@ -9,20 +10,20 @@ class QPainter;
 
 namespace NativeMaps {
 
-// Draws map tiles for use without a tile server: land, lakes, coasts and rivers
-// from noise fields, parks, a street grid of highways, avenues and streets that
-// thickens with the zoom, and street names at close zooms. Everything is a
-// function of world coordinates, so neighbouring tiles and zoom levels agree and
-// the same tile always comes out the same. Safe to use on worker threads.
-class GeneratedTilePainter
+/// Draws map tiles for use without a tile server: land, lakes, coasts and rivers
+/// from noise fields, parks, a street grid of highways, avenues and streets that
+/// thickens with the zoom, and street names at close zooms. Everything is a
+/// function of world coordinates, so neighbouring tiles and zoom levels agree and
+/// the same tile always comes out the same. Safe to use on worker threads.
+class ORBIS_UI_EXPORT GeneratedTilePainter
 {
 public:
     enum Style
     {
         Map,
-        // One flat colour per tile (testPatternColor) inside a border of
-        // kTestPatternBorderColor, kTestPatternBorder pixels wide: what a tile test
-        // can check pixel by pixel.
+        /// One flat colour per tile (testPatternColor) inside a border of
+        /// kTestPatternBorderColor, kTestPatternBorder pixels wide: what a tile test
+        /// can check pixel by pixel.
         TestPattern
     };
 
@@ -34,7 +35,7 @@ public:
 
     QImage paint(const TileId& tile) const;
 
-    // Whether the land/water field puts water at a world position (0..1 both ways).
+    /// Whether the land/water field puts water at a world position (0..1 both ways).
     static bool isWater(double u, double v, int zoom);
 
 private:

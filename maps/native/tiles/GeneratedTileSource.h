@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "GeneratedTilePainter.h"
 #include "TileSource.h"
 
@@ -10,9 +11,9 @@
 
 namespace NativeMaps {
 
-// Draws tiles instead of fetching them (GeneratedTilePainter), on worker threads,
-// and hands them out PNG-encoded like any server would.
-class GeneratedTileSource : public TileSource
+/// Draws tiles instead of fetching them (GeneratedTilePainter), on worker threads,
+/// and hands them out PNG-encoded like any server would.
+class ORBIS_UI_EXPORT GeneratedTileSource : public TileSource
 {
     Q_OBJECT
 
@@ -26,12 +27,12 @@ public:
     void cancel(const TileId& tile) override;
     int maxZoom() const override { return 20; }
 
-    // Waits for the tiles being drawn (their answers still arrive as events).
+    /// Waits for the tiles being drawn (their answers still arrive as events).
     void waitForDone() { mPool.waitForDone(); }
 
 private:
-    // What the workers share with the source: the tiles still wanted, so that a
-    // worker skips one cancelled before it started.
+    /// What the workers share with the source: the tiles still wanted, so that a
+    /// worker skips one cancelled before it started.
     struct Shared
     {
         QMutex mutex;

@@ -1,6 +1,7 @@
 #include "HttpTileSource.h"
 
 #include "Clock.h"
+#include "OrbisUIFrameworkVersion.h"
 
 #include <Logger.h>
 #include <QNetworkAccessManager>
@@ -78,7 +79,7 @@ void HttpTileSource::request(const TileId& tile)
         return;
     if (mTemplate.isEmpty()) {
         if (!mWarnedNoUrl)
-            Logger::warn(QStringLiteral("No tile server configured (maps/tile_url)"));
+            ORBIS_WARN(QStringLiteral("No tile server configured (maps/tile_url)"));
         mWarnedNoUrl = true;
         QMetaObject::invokeMethod(
             this, [this, tile] { emit tileFailed(this, tile, QStringLiteral("No tile server")); },

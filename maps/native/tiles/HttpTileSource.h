@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TileSource.h"
 
 #include <ConfigValue.h>
@@ -13,22 +14,22 @@ class QNetworkReply;
 
 namespace NativeMaps {
 
-extern ConfigStringValue TileUrlTemplate;
+extern ORBIS_UI_EXPORT ConfigStringValue TileUrlTemplate;
 
-// Tiles from a tile server. The URL template names the tile with {z}, {x} and {y}
-// and, when the server spreads its load over several host names, {s}, which takes
-// one of the subdomains (always the same one for a tile, so that caches on the way
-// keep working). At most maxRequests() are in flight; the rest wait in the order
-// they were asked for. Server errors (5xx), timeouts and lost connections are
-// retried after a growing pause; a missing tile (404) or any other answer is not.
-// Time is read from the framework clock: poll() (run by a timer while anything is
-// pending) starts retries that are due and gives up on requests that took too long.
-class HttpTileSource : public TileSource
+/// Tiles from a tile server. The URL template names the tile with {z}, {x} and {y}
+/// and, when the server spreads its load over several host names, {s}, which takes
+/// one of the subdomains (always the same one for a tile, so that caches on the way
+/// keep working). At most maxRequests() are in flight; the rest wait in the order
+/// they were asked for. Server errors (5xx), timeouts and lost connections are
+/// retried after a growing pause; a missing tile (404) or any other answer is not.
+/// Time is read from the framework clock: poll() (run by a timer while anything is
+/// pending) starts retries that are due and gives up on requests that took too long.
+class ORBIS_UI_EXPORT HttpTileSource : public TileSource
 {
     Q_OBJECT
 
 public:
-    // An empty template takes "maps/tile_url".
+    /// An empty template takes "maps/tile_url".
     explicit HttpTileSource(const QString& urlTemplate = QString(), QObject* parent = nullptr);
     ~HttpTileSource() override;
 
@@ -67,7 +68,7 @@ private:
     bool isPending(const TileId& tile) const;
     void start(const TileId& tile, int attempt);
     void pump();
-    // Schedules another attempt, or reports the failure once attempts are used up.
+    /// Schedules another attempt, or reports the failure once attempts are used up.
     void retryOrFail(const TileId& tile, int attempt, const QString& error);
     void fail(const TileId& tile, const QString& error);
     void updatePulse();

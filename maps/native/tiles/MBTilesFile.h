@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TileId.h"
 
 #include <QByteArray>
@@ -9,17 +10,17 @@
 
 namespace NativeMaps {
 
-// A tile set in one SQLite file: a `tiles` table keyed by zoom level, column and
-// bottom-up row, and a `metadata` table of name/value pairs. Callers speak in
-// TileId rows (top-down); the flip happens here. One connection, used only on the
-// thread that opened it.
-class MBTilesFile
+/// A tile set in one SQLite file: a `tiles` table keyed by zoom level, column and
+/// bottom-up row, and a `metadata` table of name/value pairs. Callers speak in
+/// TileId rows (top-down); the flip happens here. One connection, used only on the
+/// thread that opened it.
+class ORBIS_UI_EXPORT MBTilesFile
 {
 public:
     enum OpenMode
     {
         ReadOnly,
-        // Creates the file and its tables when they are missing.
+        /// Creates the file and its tables when they are missing.
         ReadWrite
     };
 
@@ -28,7 +29,7 @@ public:
     MBTilesFile(const MBTilesFile&) = delete;
     MBTilesFile& operator=(const MBTilesFile&) = delete;
 
-    // False with lastError() set when the file cannot be opened or is not a tile set.
+    /// False with lastError() set when the file cannot be opened or is not a tile set.
     bool open(const QString& path, OpenMode mode);
     void close();
     bool isOpen() const;
@@ -36,7 +37,7 @@ public:
     const QString& lastError() const { return mLastError; }
     QSqlDatabase database() const;
 
-    // Null when the tile is not in the set (or on a read error, with lastError()).
+    /// Null when the tile is not in the set (or on a read error, with lastError()).
     QByteArray readTile(const TileId& tile);
     bool writeTile(const TileId& tile, const QByteArray& data);
     bool removeTile(const TileId& tile);
@@ -46,7 +47,7 @@ public:
     QMap<QString, QString> allMetadata();
     bool setMetadata(const QString& name, const QString& value);
 
-    // Runs statements that return no rows; false at the first failure.
+    /// Runs statements that return no rows; false at the first failure.
     bool exec(const QStringList& statements);
     bool transaction();
     bool commit();

@@ -2,6 +2,8 @@
 
 #include <Logger.h>
 
+static const char* const kLogSource = "maps/native/tiles/MBTilesTileSource";
+
 namespace NativeMaps {
 
 MBTilesTileSource::MBTilesTileSource(const QString& path, QObject* parent)
@@ -18,7 +20,7 @@ MBTilesTileSource::MBTilesTileSource(const QString& path, QObject* parent)
     });
     mThread.setFinish([this] { mFile.close(); });
     if (!mValid) {
-        Logger::error(QStringLiteral("Cannot read tiles: %1").arg(error));
+        ORBIS_ERROR(QStringLiteral("Cannot read tiles: %1").arg(error));
         return;
     }
     bool ok = false;

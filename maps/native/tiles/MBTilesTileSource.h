@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "DatabaseThread.h"
 #include "MBTilesFile.h"
 #include "TileSource.h"
@@ -9,9 +10,9 @@
 
 namespace NativeMaps {
 
-// Tiles from a tile set file, read on a thread of its own in the order asked for.
-// A tile the set does not hold fails with "Not in the tile set".
-class MBTilesTileSource : public TileSource
+/// Tiles from a tile set file, read on a thread of its own in the order asked for.
+/// A tile the set does not hold fails with "Not in the tile set".
+class ORBIS_UI_EXPORT MBTilesTileSource : public TileSource
 {
     Q_OBJECT
 
@@ -26,7 +27,7 @@ public:
     int minZoom() const override { return mMinZoom; }
     int maxZoom() const override { return mMaxZoom; }
 
-    // False (with the reason logged) when the file is not a readable tile set.
+    /// False (with the reason logged) when the file is not a readable tile set.
     bool isValid() const { return mValid; }
     const QMap<QString, QString>& metadata() const { return mMetadata; }
 
@@ -34,7 +35,7 @@ private:
     void deliver(const TileId& tile, const QByteArray& data, const QString& error);
 
     QString mPath;
-    MBTilesFile mFile; // used on mThread only
+    MBTilesFile mFile; ///< used on mThread only
     DatabaseThread mThread;
     QSet<TileId> mPending;
     QMap<QString, QString> mMetadata;

@@ -40,7 +40,7 @@ bool TileCacheDatabase::open(const QString& path, qint64 maxBytes)
     QString reason;
     if (!openFile(path, &reason)) {
         if (!QFileInfo::exists(path) || !moveAside(path, reason) || !openFile(path, &reason)) {
-            Logger::error(QStringLiteral("Cannot create the tile cache %1: %2").arg(path, reason));
+            ORBIS_ERROR(QStringLiteral("Cannot create the tile cache %1: %2").arg(path, reason));
             return false;
         }
     }
@@ -114,12 +114,12 @@ bool TileCacheDatabase::moveAside(const QString& path, const QString& reason)
     QFile::remove(path + QStringLiteral("-wal"));
     QFile::remove(path + QStringLiteral("-shm"));
     if (!moved) {
-        Logger::error(
+        ORBIS_ERROR(
             QStringLiteral("The tile cache %1 is damaged (%2) and cannot be moved aside").arg(path, reason));
         return false;
     }
-    Logger::error(QStringLiteral("The tile cache %1 is damaged (%2): moved to %3, starting an empty cache")
-                      .arg(path, reason, aside));
+    ORBIS_ERROR(QStringLiteral("The tile cache %1 is damaged (%2): moved to %3, starting an empty cache")
+                    .arg(path, reason, aside));
     return true;
 }
 
@@ -131,7 +131,7 @@ bool TileCacheDatabase::exec(const QString& statement, const QVariantList& value
         q.addBindValue(v);
     if (q.exec())
         return true;
-    Logger::warn(QStringLiteral("Tile cache %1: %2").arg(mFile.path(), q.lastError().text()));
+    ORBIS_WARN(QStringLiteral("Tile cache %1: %2").arg(mFile.path(), q.lastError().text()));
     return false;
 }
 

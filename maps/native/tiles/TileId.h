@@ -1,14 +1,16 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QHashFunctions>
 #include <QMetaType>
 #include <QString>
 
 namespace NativeMaps {
 
-// One tile of the square tile pyramid: `zoom` levels of 2^zoom by 2^zoom tiles,
-// x growing eastwards and y southwards (XYZ numbering).
-struct TileId
+/// One tile of the square tile pyramid: `zoom` levels of 2^zoom by 2^zoom tiles,
+/// x growing eastwards and y southwards (XYZ numbering).
+struct ORBIS_UI_EXPORT TileId
 {
     static constexpr int kMaxZoom = 24;
 
@@ -26,8 +28,8 @@ struct TileId
         return zoom >= 0 && zoom <= kMaxZoom && x >= 0 && y >= 0 && x < tilesPerSide(zoom) &&
                y < tilesPerSide(zoom);
     }
-    // The same place one world further east or west (views that wrap longitude ask
-    // for columns outside the grid). Rows are not wrapped.
+    /// The same place one world further east or west (views that wrap longitude ask
+    /// for columns outside the grid). Rows are not wrapped.
     TileId wrapped() const
     {
         if (zoom < 0 || zoom > kMaxZoom)
@@ -35,7 +37,7 @@ struct TileId
         const int n = tilesPerSide(zoom);
         return TileId(zoom, ((x % n) + n) % n, y);
     }
-    // The tile `levels` zoom levels up that contains this one.
+    /// The tile `levels` zoom levels up that contains this one.
     TileId ancestor(int levels) const
     {
         if (levels <= 0)
@@ -44,7 +46,7 @@ struct TileId
             return TileId();
         return TileId(zoom - levels, x >> levels, y >> levels);
     }
-    // Row number of the bottom-up (TMS) numbering that tile set files use.
+    /// Row number of the bottom-up (TMS) numbering that tile set files use.
     int tmsRow() const { return tilesPerSide(zoom) - 1 - y; }
 
     QString toString() const { return QStringLiteral("%1/%2/%3").arg(zoom).arg(x).arg(y); }

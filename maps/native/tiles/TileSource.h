@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
 #include "TileId.h"
 
 #include <QByteArray>
@@ -8,10 +9,10 @@
 
 namespace NativeMaps {
 
-// Where encoded tile images come from. A request is answered once, later, through
-// tileLoaded or tileFailed on the source's thread; a cancelled request is never
-// answered. Requests for a tile that is already on its way are merged.
-class TileSource : public QObject
+/// Where encoded tile images come from. A request is answered once, later, through
+/// tileLoaded or tileFailed on the source's thread; a cancelled request is never
+/// answered. Requests for a tile that is already on its way are merged.
+class ORBIS_UI_EXPORT TileSource : public QObject
 {
     Q_OBJECT
 
@@ -22,8 +23,8 @@ public:
     virtual QString name() const = 0;
     virtual void request(const TileId& tile) = 0;
     virtual void cancel(const TileId& tile) = 0;
-    // Whether what this source delivers is worth keeping in the persistent cache (a
-    // tile set file on disk is not).
+    /// Whether what this source delivers is worth keeping in the persistent cache (a
+    /// tile set file on disk is not).
     virtual bool cachesTiles() const { return true; }
     virtual int minZoom() const { return 0; }
     virtual int maxZoom() const { return 19; }

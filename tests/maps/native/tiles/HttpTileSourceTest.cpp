@@ -1,6 +1,7 @@
 #include "native/tiles/HttpTileSource.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
+#include "OrbisUIFrameworkVersion.h"
 #include "ScopedConfigOverride.h"
 #include "native/tiles/TileCache.h"
 #include "native/tiles/TileLoader.h"

@@ -1,0 +1,50 @@
+# Headers that stay inside the tree: the engine's internals, which applications
+# neither include nor derive from. Every other header of utils/, graphics/, gui/
+# and maps/ is public: it is installed, must compile on its own against the
+# installed package, and its classes carry the library's export macro.
+set(ORBIS_PRIVATE_HEADERS
+  graphics/AlphaTextureShaderUsage.h
+  graphics/ColorShaderUsage.h
+  graphics/ColorTextureShaderUsage.h
+  graphics/CommandRenderItem.h
+  graphics/ContextGLFunctions.h
+  graphics/CustomShaderUsage.h
+  graphics/DisplayListRenderItem.h
+  graphics/DisplayListSliceBuilder.h
+  graphics/DisplayListSliceRenderItem.h
+  graphics/GLCallRecorder.h
+  graphics/GLUtils.h
+  graphics/GeometryBufferAllocator.h
+  graphics/GeometryRenderItem.h
+  graphics/GlyphCache.h
+  graphics/GlyphQuads.h
+  graphics/GlyphRun.h
+  graphics/GraphicsPaintDevice.h
+  graphics/GraphicsPathProcessor.h
+  graphics/IGlyphPageSource.h
+  graphics/IndirectShaderUsage.h
+  graphics/KtxFile.h
+  graphics/LineShaderUsage.h
+  graphics/MaskTextureShaderUsage.h
+  graphics/MultiTextureShaderUsage.h
+  graphics/PathTessellator.h
+  graphics/RenderState.h
+  graphics/Renderer.h
+  graphics/TextShaderUsage.h
+  graphics/TextureKeyDataGlyph.h
+  graphics/TextureKeyDataTarget.h
+  graphics/TextureShaderUsage.h
+  graphics/VertexBuffer.h
+  gui/BoundedDeclerateTransition.h
+  gui/DependancyEvaluator.h
+  gui/DisplayViewExtras.h
+  gui/GfxMemoryLabel.h
+  gui/ScreenshotProcessor.h
+  gui/StyleData.h
+  gui/StyleVariantConverter.h
+  gui/ViewBufferManager.h
+  gui/input/touch/PointUtils.h
+  maps/native/tiles/TileCache.h
+  maps/native/tiles/TileCacheDatabase.h
+  maps/native/tiles/TileLoader.h
+)
