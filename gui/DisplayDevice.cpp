@@ -12,11 +12,14 @@
 #include "input/touch/TouchDevice.h"
 
 #include <GLFunctions.h>
+#include <GLStateManager.h>
+#include <GlyphCache.h>
 #include <QBitmap>
 #include <QGLFramebufferObject>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QWheelEvent>
+#include <ShaderCache.h>
 #include <TextureCache.h>
 #include <algorithm>
 #include <cmath>
@@ -133,7 +136,22 @@ DisplayDevice::~DisplayDevice()
     mAnimations.clear();
     mDisplays.removeOne(this);
     mLayer.reset();
+    if (mWidget && std::none_of(mDisplays.cbegin(), mDisplays.cend(),
+                                [](const DisplayDevice* other) { return other->mWidget; }))
+        releaseGLObjects();
     delete mWidget;
+}
+
+void DisplayDevice::releaseGLObjects()
+{
+    // The last window takes its contexts' objects with it: no cache may hand their
+    // names to the next window's context.
+    gfx::ShaderCache::instance()->releaseAll();
+    if (Singleton<gfx::GlyphCache>::exists())
+        gfx::GlyphCache::instance()->releaseTextures();
+    gfx::TextureCache::instance()->clear();
+    gfx::TextureCache::instance()->destroyExpiredTextures();
+    gfx::GLStateManager::instance()->clearToInvalid();
 }
 
 DisplayView* DisplayDevice::addContainer(const char* name)
