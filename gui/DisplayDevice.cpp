@@ -136,22 +136,20 @@ DisplayDevice::~DisplayDevice()
     mAnimations.clear();
     mDisplays.removeOne(this);
     mLayer.reset();
-    if (mWidget && std::none_of(mDisplays.cbegin(), mDisplays.cend(),
-                                [](const DisplayDevice* other) { return other->mWidget; }))
-        releaseGLObjects();
+    // The last window takes its context's programs and textures with it: the caches
+    // must not hand their names to the contexts of later windows.
+    if (mWidget &&
+        std::none_of(mDisplays.begin(), mDisplays.end(), [](DisplayDevice* d) { return d->mWidget; })) {
+        gfx::ShaderCache::instance()->releaseAll();
+        if (Singleton<gfx::GlyphCache>::exists())
+            gfx::GlyphCache::instance()->releaseTextures();
+        if (Singleton<gfx::TextureCache>::exists()) {
+            gfx::TextureCache::instance()->clear();
+            gfx::TextureCache::instance()->destroyExpiredTextures();
+        }
+        gfx::GLStateManager::instance()->clearToInvalid();
+    }
     delete mWidget;
-}
-
-void DisplayDevice::releaseGLObjects()
-{
-    // The last window takes its contexts' objects with it: no cache may hand their
-    // names to the next window's context.
-    gfx::ShaderCache::instance()->releaseAll();
-    if (Singleton<gfx::GlyphCache>::exists())
-        gfx::GlyphCache::instance()->releaseTextures();
-    gfx::TextureCache::instance()->clear();
-    gfx::TextureCache::instance()->destroyExpiredTextures();
-    gfx::GLStateManager::instance()->clearToInvalid();
 }
 
 DisplayView* DisplayDevice::addContainer(const char* name)

@@ -189,7 +189,6 @@ private slots:
 
 private:
     void createWindow();
-    void releaseGLObjects();
     void applyCursor();
     // The layer into whose buffer a layer is composited instead of onto the screen.
     DisplayView* nestingTarget(DisplayView* view) const;
