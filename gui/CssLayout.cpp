@@ -4,6 +4,7 @@
 #include "ConfigValue.h"
 #include "Logger.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -43,6 +44,15 @@ float horizontalInsets(const css_style_t& style)
     };
     return edge(style.padding, CSS_LEFT, CSS_START) + edge(style.padding, CSS_RIGHT, CSS_END) +
            edge(style.border, CSS_LEFT, CSS_START) + edge(style.border, CSS_RIGHT, CSS_END);
+}
+
+// The engine adds offsets to the position it finds and takes a defined size for one its
+// parent gave: every layout of a node must start from an empty result.
+void clearResult(css_layout_t& layout)
+{
+    layout.dimensions[CSS_WIDTH] = CSS_UNDEFINED;
+    layout.dimensions[CSS_HEIGHT] = CSS_UNDEFINED;
+    std::fill(std::begin(layout.position), std::end(layout.position), 0.0f);
 }
 
 float verticalInsets(const css_style_t& style)
@@ -224,8 +234,7 @@ void CssLayout::layoutMarkedDirty()
     layout.last_direction = css_direction_t(-1);
     if (layout.should_update) {
         // A result that was never committed must not pass for a size given by the parent.
-        layout.dimensions[CSS_WIDTH] = CSS_UNDEFINED;
-        layout.dimensions[CSS_HEIGHT] = CSS_UNDEFINED;
+        clearResult(layout);
         layout.should_update = false;
     }
 }
@@ -469,9 +478,7 @@ void CssLayout::commitLayout()
                                  "Width defined", __LINE__);
     const double height = defined(layout.dimensions[CSS_HEIGHT],
                                   "!isUndefined(layout.dimensions[CSS_HEIGHT])", "Height defined", __LINE__);
-    // The engine adds to what it finds: the next pass must start from an empty result.
-    layout.dimensions[CSS_WIDTH] = CSS_UNDEFINED;
-    layout.dimensions[CSS_HEIGHT] = CSS_UNDEFINED;
+    clearResult(layout);
     mView->setLayoutResultRect(QRectF(left, top, width, height));
 }
 
@@ -501,15 +508,8 @@ css_node_t* CssLayout::getChild(void* context, int index)
 bool CssLayout::isDirty(void* context)
 {
     CssLayout* self = static_cast<CssLayout*>(context);
-    // Asked first whenever the engine lays out a node: its children must be known by
-    // then, and, as the engine adds margins and offsets to the position it finds, the
-    // position must start from zero.
+    // Asked first whenever the engine lays out a node: its children must be known by then.
     self->updateCachedChildren();
-    css_layout_t& layout = self->mNode->layout;
-    layout.position[CSS_LEFT] = 0;
-    layout.position[CSS_TOP] = 0;
-    layout.position[CSS_RIGHT] = 0;
-    layout.position[CSS_BOTTOM] = 0;
     if (self->mView->isLayoutDirty())
         return true;
     // A cached result restores the left and top only, while a parent that lays out

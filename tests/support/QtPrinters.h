@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRectF>
 #include <QString>
 #include <ostream>
 
@@ -7,4 +8,9 @@
 inline void PrintTo(const QString& text, std::ostream* os)
 {
     *os << '"' << text.toStdString() << '"';
+}
+
+inline void PrintTo(const QRectF& rect, std::ostream* os)
+{
+    *os << "QRectF(" << rect.x() << ", " << rect.y() << ", " << rect.width() << " x " << rect.height() << ")";
 }
