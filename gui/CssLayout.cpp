@@ -34,13 +34,13 @@ css_node_t* detachedNode()
 // and start and end win over left and right.
 float inset(float value)
 {
-    return isUndefined(value) || value < 0 ? 0.0f : value;
+    return std::isnan(value) || value < 0 ? 0.0f : value;
 }
 
 float horizontalInsets(const css_style_t& style)
 {
     const auto edge = [](const float(&edges)[6], css_position_t physical, css_position_t logical) {
-        return isUndefined(edges[logical]) ? inset(edges[physical]) : inset(edges[logical]);
+        return std::isnan(edges[logical]) ? inset(edges[physical]) : inset(edges[logical]);
     };
     return edge(style.padding, CSS_LEFT, CSS_START) + edge(style.padding, CSS_RIGHT, CSS_END) +
            edge(style.border, CSS_LEFT, CSS_START) + edge(style.border, CSS_RIGHT, CSS_END);
@@ -103,7 +103,7 @@ CssLayout* CssLayout::layoutOf(DisplayView* view)
 
 CssLayout* CssLayout::parentLayout() const
 {
-    return mView ? layoutOf(mView->parentView()) : nullptr;
+    return mView ? layoutOf(mView->mParentView) : nullptr;
 }
 
 bool CssLayout::assertView(bool condition, const char* expression, const char* message, int line) const
@@ -127,8 +127,14 @@ QPointF CssLayout::topLeft()
     return cssTopLeft();
 }
 
+void CssLayout::forgetCommitted()
+{
+    std::fill(std::begin(mCommitted), std::end(mCommitted), CSS_UNDEFINED);
+}
+
 void CssLayout::setSize(const QSizeF& size)
 {
+    forgetCommitted();
     // A NaN component leaves that dimension to the flow.
     if (!std::isnan(size.width()))
         setCssWidth(float(size.width()));
@@ -138,6 +144,7 @@ void CssLayout::setSize(const QSizeF& size)
 
 void CssLayout::setTopLeft(const QPointF& topLeft)
 {
+    forgetCommitted();
     // Members are placed by their parent's flow; a view that places itself keeps the
     // place it was given.
     if (!isChild())
@@ -213,15 +220,10 @@ void CssLayout::childrenCleared()
 
 DisplayView* CssLayout::viewToStartLayout()
 {
-    DisplayView* start = mView;
-    for (CssLayout* layout = this; layout->isChild();) {
-        CssLayout* parent = layout->parentLayout();
-        if (!parent)
-            break;
-        start = parent->mView;
-        layout = parent;
-    }
-    return start;
+    CssLayout* layout = this;
+    while (layout->isChild() && layout->mFlow)
+        layout = layout->mFlow;
+    return layout->mView;
 }
 
 void CssLayout::layoutMarkedDirty()
@@ -232,6 +234,7 @@ void CssLayout::layoutMarkedDirty()
     layout.last_requested_dimensions[CSS_HEIGHT] = -1;
     layout.last_parent_max_width = -1;
     layout.last_direction = css_direction_t(-1);
+    mState |= NodeDirty;
     if (layout.should_update) {
         // A result that was never committed must not pass for a size given by the parent.
         clearResult(layout);
@@ -269,6 +272,7 @@ void CssLayout::childLayoutAdded(CssLayout* child)
 void CssLayout::childLayoutRemoved(CssLayout* child)
 {
     invalidateChildrenCache();
+    std::replace(mCachedLayouts.begin(), mCachedLayouts.end(), child, static_cast<CssLayout*>(nullptr));
     const bool relativeMember = child->isChild() && child->cssPositionType() == CSS_POSITION_RELATIVE;
     child->clearIsChild();
     if (relativeMember)
@@ -278,8 +282,8 @@ void CssLayout::childLayoutRemoved(CssLayout* child)
 bool CssLayout::determineIsChild()
 {
     const css_style_t& style = mNode->style;
-    if (style.position_type == CSS_POSITION_ABSOLUTE && isUndefined(style.position[CSS_BOTTOM]) &&
-        isUndefined(style.position[CSS_RIGHT]))
+    if (style.position_type == CSS_POSITION_ABSOLUTE && std::isnan(style.position[CSS_BOTTOM]) &&
+        std::isnan(style.position[CSS_RIGHT]))
         return false; // places itself
     if (!assertView(parentLayout() != nullptr, "parentView() && parentView()->usesCssLayout()",
                     "Using relative positioning or bottom/right on a view which doesn't have a CSS parent "
@@ -292,7 +296,7 @@ bool CssLayout::determineIsChild()
 void CssLayout::updateIsChild()
 {
     // A view outside any tree is nobody's child, and that is no misuse.
-    const bool member = mView->parentView() && determineIsChild();
+    const bool member = mView->mParentView && determineIsChild();
     if (member == isChild())
         return;
     if (CssLayout* parent = parentLayout()) {
@@ -312,11 +316,13 @@ void CssLayout::updateIsChild()
 void CssLayout::setIsChild()
 {
     mState |= IsChild;
+    mFlow = parentLayout();
 }
 
 void CssLayout::clearIsChild()
 {
     mState &= ~IsChild;
+    mFlow = nullptr;
 }
 
 void CssLayout::invalidateChildrenCache()
@@ -329,12 +335,16 @@ void CssLayout::updateCachedChildren()
     if (!(mState & ChildrenCacheInvalid))
         return;
     mCachedChildren.clear();
+    mCachedLayouts.clear();
     const DisplayViewList::List& children = mView->children().list();
     mCachedChildren.reserve(size_t(children.size()));
+    mCachedLayouts.reserve(size_t(children.size()));
     for (DisplayView* child : children) {
         CssLayout* layout = layoutOf(child);
-        if (layout && layout->isChild())
+        if (layout && layout->isChild()) {
             mCachedChildren.push_back(child);
+            mCachedLayouts.push_back(layout);
+        }
     }
     mNode->children_count = int(mCachedChildren.size());
     mState &= ~ChildrenCacheInvalid;
@@ -391,8 +401,7 @@ void CssLayout::discardUncommitted()
 
 bool CssLayout::parentComputedLayout() const
 {
-    const CssLayout* parent = parentLayout();
-    return isChild() && parent && parent->mCommitting;
+    return isChild() && mFlow && mFlow->mCommitting;
 }
 
 void CssLayout::layout()
@@ -402,7 +411,9 @@ void CssLayout::layout()
     const bool fresh = mNode->layout.should_update;
     commitLayout();
     // Below a node that kept its cached result nothing was laid out again.
-    if (!fresh)
+    const bool descended = mState & Descended;
+    mState &= ~Descended;
+    if (!fresh || !descended)
         return;
     mCommitting = true;
     for (size_t i = 0; i < mCachedChildren.size(); ++i) {
@@ -412,14 +423,16 @@ void CssLayout::layout()
             markDirty();
             break;
         }
-        DisplayView* child = mCachedChildren[i];
-        CssLayout* layout = layoutOf(child);
+        CssLayout* layout = mCachedLayouts[i];
         if (!layout->mNode->layout.should_update)
             continue;
-        if (layout->hasCssChildren())
-            child->visitForLayout();
-        else
+        if (layout->hasCssChildren()) {
+            layout->mView->visitForLayout();
+        } else {
+            // Committed here rather than visited: the leaf is done with this pass.
+            layout->mView->mLayoutDirty = false;
             layout->layout();
+        }
     }
     mCommitting = false;
 }
@@ -465,7 +478,7 @@ void CssLayout::commitLayout()
         return;
     layout.should_update = false;
     const auto defined = [](float value, const char* expression, const char* message, int line) {
-        if (!isUndefined(value))
+        if (!std::isnan(value))
             return double(value);
         Logger::logAssert(expression, QString::fromLatin1(message), kLogSource, line);
         return 0.0;
@@ -479,6 +492,10 @@ void CssLayout::commitLayout()
     const double height = defined(layout.dimensions[CSS_HEIGHT],
                                   "!isUndefined(layout.dimensions[CSS_HEIGHT])", "Height defined", __LINE__);
     clearResult(layout);
+    const float result[4] = {float(left), float(top), float(width), float(height)};
+    if (std::equal(std::begin(result), std::end(result), std::begin(mCommitted)))
+        return;
+    std::copy(std::begin(result), std::end(result), std::begin(mCommitted));
     mView->setLayoutResultRect(QRectF(left, top, width, height));
 }
 
@@ -487,20 +504,21 @@ void CssLayout::commitLayout()
 css_node_t* CssLayout::getChild(void* context, int index)
 {
     CssLayout* self = static_cast<CssLayout*>(context);
-    if (!self->assertView(index >= 0 && size_t(index) < self->mCachedChildren.size(),
-                          "index >= 0 && index < mCachedChildren.size()",
-                          "Invalid child index for view View: %1", __LINE__))
-        return detachedNode();
-    DisplayView* child = self->mCachedChildren[size_t(index)];
-    CssLayout* layout = child->cssLayout();
-    if (!layout) {
-        Logger::logAssert(
-            "child->usesCssLayout()",
-            QStringLiteral("Requested child does not use css layout View: %1").arg(child->viewPath()),
-            kLogSource, __LINE__);
+    if (Q_UNLIKELY(index < 0 || size_t(index) >= self->mCachedLayouts.size())) {
+        self->assertView(false, "index >= 0 && index < mCachedChildren.size()",
+                         "Invalid child index for view View: %1", __LINE__);
         return detachedNode();
     }
-    if (!layout->isChild())
+    self->mState |= Descended;
+    CssLayout* layout = self->mCachedLayouts[size_t(index)];
+    if (Q_UNLIKELY(!layout)) {
+        Logger::logAssert("child->usesCssLayout()",
+                          QStringLiteral("Requested child does not use css layout View: %1")
+                              .arg(self->mCachedChildren[size_t(index)]->viewPath()),
+                          kLogSource, __LINE__);
+        return detachedNode();
+    }
+    if (Q_UNLIKELY(!layout->isChild()))
         layout->assertView(false, "mIsChild", "mIsChild incorrectly set View: %1", __LINE__);
     return layout->mNode;
 }
@@ -510,11 +528,13 @@ bool CssLayout::isDirty(void* context)
     CssLayout* self = static_cast<CssLayout*>(context);
     // Asked first whenever the engine lays out a node: its children must be known by then.
     self->updateCachedChildren();
-    if (self->mView->isLayoutDirty())
+    if (self->mState & NodeDirty) {
+        self->mState &= ~NodeDirty;
         return true;
+    }
     // A cached result restores the left and top only, while a parent that lays out
     // towards the right or the bottom places its children by their other edges.
-    const CssLayout* parent = self->isChild() ? self->parentLayout() : nullptr;
+    const CssLayout* parent = self->isChild() ? self->mFlow : nullptr;
     if (!parent)
         return false;
     const css_flex_direction_t direction = parent->mNode->style.flex_direction;
@@ -533,19 +553,19 @@ css_dim_t CssLayout::measureView(void* context, float width)
         result.dimensions[CSS_HEIGHT] = style.dimensions[CSS_HEIGHT] - verticalInsets(style);
         return result;
     }
-    if (isUndefined(width) && self->isFixedWidth())
+    if (std::isnan(width) && self->isFixedWidth())
         width = style.dimensions[CSS_WIDTH] - horizontalInsets(style);
     const float maxWidth = style.maxDimensions[CSS_WIDTH] - horizontalInsets(style);
     const float maxHeight = style.maxDimensions[CSS_HEIGHT] - verticalInsets(style);
-    if (!isUndefined(maxWidth) && style.maxDimensions[CSS_WIDTH] >= 0 &&
-        (isUndefined(width) || width > maxWidth))
+    if (!std::isnan(maxWidth) && style.maxDimensions[CSS_WIDTH] >= 0 &&
+        (std::isnan(width) || width > maxWidth))
         width = maxWidth;
-    const QSizeF natural = self->mView->naturalSize(isUndefined(width) ? -1.0 : std::max(0.0, double(width)));
+    const QSizeF natural = self->mView->naturalSize(std::isnan(width) ? -1.0 : std::max(0.0, double(width)));
     float measuredWidth = float(natural.width());
     float measuredHeight = float(natural.height());
-    if (!isUndefined(maxWidth) && style.maxDimensions[CSS_WIDTH] >= 0)
+    if (!std::isnan(maxWidth) && style.maxDimensions[CSS_WIDTH] >= 0)
         measuredWidth = std::min(measuredWidth, std::max(0.0f, maxWidth));
-    if (!isUndefined(maxHeight) && style.maxDimensions[CSS_HEIGHT] >= 0)
+    if (!std::isnan(maxHeight) && style.maxDimensions[CSS_HEIGHT] >= 0)
         measuredHeight = std::min(measuredHeight, std::max(0.0f, maxHeight));
     result.dimensions[CSS_WIDTH] = measuredWidth;
     result.dimensions[CSS_HEIGHT] = measuredHeight;

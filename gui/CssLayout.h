@@ -169,7 +169,11 @@ private:
     enum StateFlag
     {
         ChildrenCacheInvalid = 0x1,
-        IsChild = 0x2
+        IsChild = 0x2,
+        // Marked dirty since the engine last laid the node out: its cache is no answer.
+        NodeDirty = 0x4,
+        // The engine went down to the children in this pass (it did not take the cache).
+        Descended = 0x8
     };
 
     struct Unbound
@@ -189,6 +193,7 @@ private:
     // Forgets results that were computed but never committed, here and below.
     void discardUncommitted();
     bool assertView(bool condition, const char* expression, const char* message, int line) const;
+    void forgetCommitted();
 
     void setEdges(float (&target)[6], const float (&values)[6], void (CssLayout::*changed)());
     void setEdge(float (&target)[6], css_position_t edge, float value, void (CssLayout::*changed)());
@@ -200,9 +205,17 @@ private:
 
     DisplayView* mView;
     css_node_t* mNode;
-    quint8 mState = ChildrenCacheInvalid;
+    // The binding whose flow this view is in, while it is a member.
+    CssLayout* mFlow = nullptr;
+    quint8 mState = ChildrenCacheInvalid | NodeDirty;
     // True while this view's results and those of its flow are being committed.
     bool mCommitting = false;
     std::vector<DisplayView*> mCachedChildren;
+    // Their bindings, side by side, for the engine's many calls of getChild; a binding
+    // that goes away leaves a null here until the cache is rebuilt.
+    std::vector<CssLayout*> mCachedLayouts;
+    // The last rectangle handed to the view (NaN: none, or the view was placed by hand
+    // since): an unchanged result is not handed again.
+    float mCommitted[4] = {CSS_UNDEFINED, CSS_UNDEFINED, CSS_UNDEFINED, CSS_UNDEFINED};
     quint32 mOptions = 0;
 };

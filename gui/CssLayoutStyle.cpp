@@ -3,12 +3,14 @@
 
 #include "Logger.h"
 
+#include <cmath>
+
 static const char* const kLogSource = "gui/CssLayout";
 
 namespace {
 bool sameValue(float a, float b)
 {
-    return a == b || (isUndefined(a) && isUndefined(b));
+    return a == b || (std::isnan(a) && std::isnan(b));
 }
 
 template <typename T> bool sameValue(T a, T b)
@@ -217,12 +219,12 @@ QSizeF CssLayout::cssMaxSize() const
 bool CssLayout::isFixedWidth() const
 {
     // The engine takes a negative size for none.
-    return !isUndefined(cssWidth()) && cssWidth() >= 0;
+    return !std::isnan(cssWidth()) && cssWidth() >= 0;
 }
 
 bool CssLayout::isFixedHeight() const
 {
-    return !isUndefined(cssHeight()) && cssHeight() >= 0;
+    return !std::isnan(cssHeight()) && cssHeight() >= 0;
 }
 
 // Edges

@@ -495,6 +495,7 @@ private:
     friend class DisplayViewList;
     friend class DisplayViewAnimation;
     friend class DisplayDevice;
+    friend class CssLayout;
 
     void setDevice(DisplayDevice* device);
     bool acceptsTouches() const;

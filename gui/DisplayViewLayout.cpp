@@ -140,7 +140,10 @@ void DisplayView::doLayout()
     }
     if (mLayoutImpl)
         mLayoutImpl->layout();
-    visitChildrenForLayout();
+    // A flex view's binding visits the children in its flow; a child outside the flow
+    // is queued for layout by its own changes.
+    if (!mCssLayout)
+        visitChildrenForLayout();
 }
 
 void DisplayView::visitChildrenForLayout()
