@@ -6,6 +6,9 @@
 #include "LogCapture.h"
 #include "ScopedConfigOverride.h"
 #include "StyleManager.h"
+#include "gui/control/Label.h"
+
+#include <QFile>
 
 #include <QSignalSpy>
 #include <QTemporaryFile>
@@ -260,6 +263,59 @@ TEST_F(Flex, WrappingTextGrowsItsColumn)
     text->setCssMaxHeight(50); // the measure honours the max size
     frame();
     EXPECT_EQ(text->layoutResultRect().height(), 50);
+}
+
+TEST_F(Flex, WrappingLabelGrowsItsColumn)
+{
+    root->setCssAlignItems(CSS_ALIGN_FLEX_START);
+    DisplayView* column = box(root, "column", 200);
+    Label* label = new Label(column, "label", QStringLiteral("Charging will finish at a quarter past seven"),
+                             QStringLiteral("TextFlags:wordwrap; LabelPadding:4"));
+    frame();
+    const double oneLine = label->naturalSize(-1).height();
+    const double wrapped = label->naturalSize(200).height();
+    ASSERT_GT(wrapped, oneLine);
+    EXPECT_EQ(label->layoutResultRect(), QRectF(0, 0, 200, wrapped));
+    EXPECT_EQ(column->layoutResultRect(), QRectF(0, 0, 200, wrapped));
+
+    label->setText(label->text() + QStringLiteral(", in time for the next departure to the coast"));
+    frame();
+    EXPECT_GT(column->layoutResultRect().height(), wrapped);
+    EXPECT_EQ(column->layoutResultRect().height(), label->naturalSize(200).height());
+
+    label->setCssMaxWidth(120); // measured no wider than its css maximum
+    frame();
+    EXPECT_EQ(label->layoutResultRect().width(), 120);
+    EXPECT_EQ(column->layoutResultRect().height(), label->naturalSize(120).height());
+}
+
+// The screen styles that ship in the assets folder, laid out as they stand.
+TEST_F(Flex, ShippedStylesLayOutTheScreen)
+{
+    ScopedStyleAssets assets;
+    for (const char* name : {"styles-common.conf", "styles.conf", "assets-common.conf", "assets.conf"}) {
+        QFile file(QStringLiteral(ORBIS_SOURCE_DIR "/assets/") + name);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+        assets.write(name, file.readAll());
+    }
+    assets.manager()->loadConfiguration();
+    DisplayView* screen = new DisplayView(device.views(), "screen");
+    screen->setStyle(Style("Screen"));
+    DisplayView* bar = new DisplayView(screen, "bar");
+    bar->setStyle(Style("StatusBar/Bar"));
+    DisplayView* clock = new DisplayView(bar, "clock");
+    clock->setStyle(Style("StatusBar/Clock"));
+    DisplayView* panel = new DisplayView(screen, "panel");
+    panel->setStyle(Style("Panel/Frame"));
+    DisplayView* header = new DisplayView(panel, "header");
+    header->setStyle(Style("Panel/Header"));
+    frame();
+    EXPECT_EQ(screen->layoutResultRect(), QRectF(0, 0, 1920, 1200));
+    EXPECT_EQ(bar->layoutResultRect(), QRectF(0, 0, 1920, 64));
+    EXPECT_EQ(clock->layoutResultRect(), QRectF(24, 32, 120, 0)); // centred, no height of its own
+    EXPECT_EQ(panel->layoutResultRect(), QRectF(12, 76, 1896, 1112));
+    EXPECT_EQ(header->layoutResultRect(), QRectF(0, 0, 1896, 72));
+    delete screen; // before its styles' manager goes
 }
 
 TEST_F(Flex, ChangedDirectionReachesEveryNodeThatInheritsIt)
