@@ -46,6 +46,12 @@ float horizontalInsets(const css_style_t& style)
            edge(style.border, CSS_LEFT, CSS_START) + edge(style.border, CSS_RIGHT, CSS_END);
 }
 
+float verticalInsets(const css_style_t& style)
+{
+    return inset(style.padding[CSS_TOP]) + inset(style.padding[CSS_BOTTOM]) + inset(style.border[CSS_TOP]) +
+           inset(style.border[CSS_BOTTOM]);
+}
+
 // The engine adds offsets to the position it finds and takes a defined size for one its
 // parent gave: every layout of a node must start from an empty result.
 void clearResult(css_layout_t& layout)
@@ -53,12 +59,6 @@ void clearResult(css_layout_t& layout)
     layout.dimensions[CSS_WIDTH] = CSS_UNDEFINED;
     layout.dimensions[CSS_HEIGHT] = CSS_UNDEFINED;
     std::fill(std::begin(layout.position), std::end(layout.position), 0.0f);
-}
-
-float verticalInsets(const css_style_t& style)
-{
-    return inset(style.padding[CSS_TOP]) + inset(style.padding[CSS_BOTTOM]) + inset(style.border[CSS_TOP]) +
-           inset(style.border[CSS_BOTTOM]);
 }
 } // namespace
 
@@ -155,7 +155,9 @@ void CssLayout::layoutPropertyChanged(DisplayView::LayoutProperty property)
 {
     switch (property) {
     case DisplayView::VisibilityProperty:
-        updateIsChild();
+        // Only a flow has members to gain or lose.
+        if (parentLayout() || isChild())
+            updateIsChild();
         break;
     case DisplayView::FixedSizeProperty:
         if (mView->fixedSize())
@@ -418,9 +420,11 @@ void CssLayout::layout()
     mCommitting = true;
     for (size_t i = 0; i < mCachedChildren.size(); ++i) {
         if (mState & ChildrenCacheInvalid) {
-            // A child's callback changed the flow: lay it out again from scratch.
+            // A child's callback changed the children: forget what was computed for
+            // them and lay the flow out again in the frame's next round.
             discardUncommitted();
-            markDirty();
+            mView->markLayoutDirty();
+            mView->queueForLayout();
             break;
         }
         CssLayout* layout = mCachedLayouts[i];

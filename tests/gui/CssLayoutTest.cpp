@@ -415,6 +415,39 @@ TEST_F(Flex, MembershipFollowsVisibilityParentsAndOrder)
     DisplayView* late = new DisplayView(other, "late");
     EXPECT_TRUE(late->usesCssLayout());
     EXPECT_TRUE(late->cssLayout()->isChild());
+
+    // Showing and hiding the top of a flow is no misuse.
+    LogCapture capture;
+    other->hide();
+    other->show();
+    frame();
+    EXPECT_TRUE(capture.assertions().isEmpty()) << capture.assertions().join("\n").toStdString();
+}
+
+TEST_F(Flex, ChildrenChangedDuringThePassAreLaidOutInTheNextRound)
+{
+    class Sprouting : public DisplayView
+    {
+    public:
+        using DisplayView::DisplayView;
+        void resized() override
+        {
+            if (!sprout)
+                sprout = new DisplayView(parentView(), "sprout");
+        }
+        DisplayView* sprout = nullptr;
+    };
+    Sprouting* a = new Sprouting(root, "a");
+    a->setCssHeight(20);
+    DisplayView* b = box(root, "b", CSS_UNDEFINED, 30);
+    LogCapture capture;
+    frame();
+    ASSERT_NE(a->sprout, nullptr);
+    EXPECT_TRUE(capture.contains("Recursive layout detected View: DisplayDevice/views/root"));
+    EXPECT_EQ(b->layoutResultRect(), QRectF(0, 20, 400, 30));
+    EXPECT_EQ(a->sprout->layoutResultRect(), QRectF(0, 50, 400, 0));
+    EXPECT_EQ(root->cssLayout()->node()->children_count, 3);
+    EXPECT_FALSE(root->isLayoutDirty());
 }
 
 TEST_F(Flex, RemovingTheOnlyChildLeavesTheNodeChildless)
