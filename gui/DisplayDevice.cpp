@@ -408,8 +408,11 @@ void DisplayDevice::finishViewAnimation(DisplayView* view)
 
 void DisplayDevice::deferLayout(DisplayView* view)
 {
-    if (!mDeferredLayouts.contains(view))
+    // Building a screen queues every new view: the set keeps that linear.
+    if (!mDeferredSet.contains(view)) {
+        mDeferredSet.insert(view);
         mDeferredLayouts.append(view);
+    }
 }
 
 void DisplayDevice::processDeferredLayouts()
@@ -420,6 +423,7 @@ void DisplayDevice::processDeferredLayouts()
     for (int pass = 0; pass < gMaxLayoutIterations.value() && !mDeferredLayouts.isEmpty(); ++pass) {
         const QList<DisplayView*> queue = mDeferredLayouts;
         mDeferredLayouts.clear();
+        mDeferredSet.clear();
         for (DisplayView* view : queue) {
             // Views laid out by an earlier one of this batch are clean by now.
             if (view->isLayoutDirty())
@@ -516,7 +520,8 @@ void DisplayDevice::showCursor(bool show)
 
 void DisplayDevice::removeReferences(DisplayView* view)
 {
-    mDeferredLayouts.removeOne(view);
+    if (mDeferredSet.remove(view))
+        mDeferredLayouts.removeOne(view);
     if (DisplayViewAnimation* animation = getViewAnimation(view, false)) {
         mAnimations.removeOne(animation);
         delete animation;

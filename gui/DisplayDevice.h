@@ -7,6 +7,7 @@
 #include <QList>
 #include <QMatrix4x4>
 #include <QRegion>
+#include <QSet>
 #include <QTimer>
 #include <memory>
 
@@ -217,6 +218,7 @@ private:
     bool mFrameNeeded = false;
     QList<DisplayViewAnimation*> mAnimations;
     QList<DisplayView*> mDeferredLayouts;
+    QSet<DisplayView*> mDeferredSet;
     DisplayView* mKeyFocus = nullptr;
     DisplayView* mTouchFocus = nullptr;
     TouchOwnership* mTouchOwnership = nullptr;

@@ -18,6 +18,11 @@
 #include <QVector3D>
 #include <memory>
 
+extern "C" {
+#include <Layout.h>
+}
+
+class CssLayout;
 class DataValue;
 class DisplayDevice;
 class DisplayViewAnimation;
@@ -358,9 +363,77 @@ public:
 
     // Layout.
     void setLayoutImpl(LayoutImpl* impl);
-    // Every layout binding of the framework is the flex one.
-    bool usesCssLayout() const { return mLayoutImpl != nullptr; }
     LayoutImpl* layoutImpl() const { return mLayoutImpl.get(); }
+    // Flex layout: the view takes part in its parent's flex flow (when the parent has
+    // one) and lays out its own children by flex rules. The css setters enable it; so
+    // does a style with flex attributes, and joining a flex parent.
+    void enableCssLayout();
+    void disableCssLayout();
+    bool usesCssLayout() const { return mCssLayout != nullptr; }
+    CssLayout* cssLayout() const { return mCssLayout; }
+    void setCssDirection(css_direction_t direction);
+    css_direction_t cssDirection() const;
+    void setCssFlexDirection(css_flex_direction_t direction);
+    css_flex_direction_t cssFlexDirection() const;
+    void setCssJustifyContent(css_justify_t justify);
+    css_justify_t cssJustifyContent() const;
+    void setCssAlignContent(css_align_t align);
+    css_align_t cssAlignContent() const;
+    void setCssAlignItems(css_align_t align);
+    css_align_t cssAlignItems() const;
+    void setCssAlignSelf(css_align_t align);
+    css_align_t cssAlignSelf() const;
+    void setCssFlexWrap(css_wrap_type_t wrap);
+    css_wrap_type_t cssFlexWrap() const;
+    void setCssPositionType(css_position_type_t type);
+    css_position_type_t cssPositionType() const;
+    void setCssFlex(float flex);
+    float cssFlex() const;
+    // Four-element forms are in the order top, right, bottom, left; six-element forms
+    // add start and end.
+    void setCssPosition(css_position_t edge, float value);
+    void setCssPosition(const float (&edges)[4]);
+    void setCssPosition(float top, float right, float bottom, float left);
+    void setCssTopLeft(const QPointF& topLeft);
+    float cssPosition(css_position_t edge) const;
+    QPointF cssTopLeft() const;
+    float cssTop() const;
+    float cssLeft() const;
+    float cssRight() const;
+    float cssBottom() const;
+    void setCssSize(css_dimension_t dimension, float value);
+    void setCssSize(const QSizeF& size);
+    void setCssWidth(float width);
+    void setCssHeight(float height);
+    QSizeF cssSize() const;
+    float cssWidth() const;
+    float cssHeight() const;
+    void setCssMinSize(css_dimension_t dimension, float value);
+    void setCssMinSize(const QSizeF& size);
+    void setCssMinWidth(float width);
+    void setCssMinHeight(float height);
+    QSizeF cssMinSize() const;
+    void setCssMaxSize(css_dimension_t dimension, float value);
+    void setCssMaxSize(const QSizeF& size);
+    void setCssMaxWidth(float width);
+    void setCssMaxHeight(float height);
+    QSizeF cssMaxSize() const;
+    void setCssMargin(css_position_t edge, float value);
+    void setCssMargin(const float (&edges)[6]);
+    void setCssMargin(const Padding& margin);
+    void setCssMargin(float top, float right, float bottom, float left, float start, float end);
+    float cssMargin(css_position_t edge) const;
+    void setCssPadding(css_position_t edge, float value);
+    void setCssPadding(const float (&edges)[6]);
+    void setCssPadding(const Padding& padding);
+    void setCssPadding(float top, float right, float bottom, float left, float start, float end);
+    float cssPadding(css_position_t edge) const;
+    void setCssBorder(css_position_t edge, float value);
+    void setCssBorder(const float (&edges)[6]);
+    void setCssBorder(const Padding& border);
+    void setCssBorder(float top, float right, float bottom, float left, float start, float end);
+    float cssBorder(css_position_t edge) const;
+    bool fixedSize() const { return mFixedSize; }
     void setLayoutMargin(const Padding& margin);
     Padding layoutMargin() const;
     void setEnableDeferredLayout(bool enable);
@@ -429,6 +502,7 @@ private:
     friend class DisplayViewList;
     friend class DisplayViewAnimation;
     friend class DisplayDevice;
+    friend class CssLayout;
 
     void setDevice(DisplayDevice* device);
     bool acceptsTouches() const;
@@ -445,6 +519,9 @@ private:
                        EaseType ease, double delay);
     QRect visualOffsetRect() const;
     void applyAutoResize();
+    // Feeds the style's flex attributes to the flex binding.
+    void applyCssStyle(const Style& style);
+    const CssLayout& cssValues() const;
 
     DisplayView* mParentView = nullptr;
     DisplayDevice* mDevice = nullptr;
@@ -491,6 +568,7 @@ private:
     DataValue* mValueSource = nullptr;
 
     std::unique_ptr<LayoutImpl> mLayoutImpl;
+    CssLayout* mCssLayout = nullptr; // mLayoutImpl when it is the flex binding
 
     QString mViewName;
     Style mStyle;

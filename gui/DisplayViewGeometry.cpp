@@ -186,8 +186,12 @@ void DisplayView::moveTo(int x, int y, double duration, EaseType ease, double de
         return;
     if (!checkGeometryChange(isAnimated(duration, delay), "Circular layout in moveTo View: %1", __LINE__))
         return;
-    if (!animateOrStop(Anim::X, x, Anim::Y, y, duration, ease, delay))
-        applyPosition(x, y);
+    if (animateOrStop(Anim::X, x, Anim::Y, y, duration, ease, delay))
+        return;
+    // A place given by hand outlasts the next layout pass.
+    if (mLayoutImpl && !LayoutAction::isAnimatorActive())
+        mLayoutImpl->setTopLeft(QPointF(x, y));
+    applyPosition(x, y);
 }
 
 void DisplayView::moveLeft(int x, double duration, EaseType ease, double delay)
@@ -277,8 +281,12 @@ void DisplayView::resizeTo(int width, int height, double duration, EaseType ease
 {
     if (!checkGeometryChange(isAnimated(duration, delay), "Circular layout in resizeTo View: %1", __LINE__))
         return;
-    if (!animateOrStop(Anim::Width, width, Anim::Height, height, duration, ease, delay))
-        applySize(width, height);
+    if (animateOrStop(Anim::Width, width, Anim::Height, height, duration, ease, delay))
+        return;
+    // So does a size given by hand, in the dimensions it changes (NaN: left as it is).
+    if (mLayoutImpl && !LayoutAction::isAnimatorActive())
+        mLayoutImpl->setSize(QSizeF(width != mWidth ? width : qQNaN(), height != mHeight ? height : qQNaN()));
+    applySize(width, height);
 }
 
 void DisplayView::resizeVisualTo(int width, int height, double duration, EaseType ease, double delay)
