@@ -25,13 +25,14 @@ public:
                           quint64& bytes, TextureFeatures features);
     static void glDeleteTrackedTextures(int count, const GLuint* names);
 
+    // Counts `bytes` for texture `id`, replacing what was counted for it before.
+    static void track(GLuint id, quint64 bytes);
     static quint64 trackedTextureBytes();
     static int trackedTextureCount();
     static bool hasExtension(const char* name);
 
 private:
     static GLuint createTexture(GLenum target, TextureFeatures features, bool mipmapped);
-    static void track(GLuint id, quint64 bytes);
     static bool uploadRgba(const uchar* pixels, int width, int height, GLuint& id, quint64& bytes,
                            TextureFeatures features);
 };

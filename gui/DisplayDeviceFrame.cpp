@@ -23,6 +23,7 @@
 #include <QThreadPool>
 #include <RenderItemBuilder.h>
 #include <RenderState.h>
+#include <SharedTextureManager.h>
 #include <TextureCache.h>
 #include <cstdlib>
 
@@ -111,6 +112,7 @@ void DisplayDevice::finishFrame()
                              .arg(gfx::TextureCache::instance()->entryCount())
                              .arg(gfx::TextureCache::instance()->currentSize())
                              .arg(gfx::TextureCache::instance()->expiredTextures().size()));
+        gfx::SharedTextureManager::instance()->destroyPendingTextures();
         gfx::TextureCache::instance()->destroyExpiredTextures();
         if (drawing) {
             ++mStats.drawnFrames;
