@@ -83,13 +83,18 @@ bool GraphicsPaintEngine::begin(QPaintDevice*)
 
 bool GraphicsPaintEngine::end()
 {
+    mPainter = nullptr;
     return true;
 }
 
 GraphicsPaintEngine* GraphicsPaintEngine::of(QPainter& painter)
 {
     QPaintEngine* engine = painter.paintEngine();
-    return engine && engine->type() == kType ? static_cast<GraphicsPaintEngine*>(engine) : nullptr;
+    if (!engine || engine->type() != kType)
+        return nullptr;
+    auto* ours = static_cast<GraphicsPaintEngine*>(engine);
+    ours->mPainter = &painter;
+    return ours;
 }
 
 TExplicitlySharedDataPointer<DisplayList> GraphicsPaintEngine::createDisplayList()
@@ -188,9 +193,18 @@ void GraphicsPaintEngine::applyClip()
 void GraphicsPaintEngine::syncPainterState()
 {
     // A painter hands its state over lazily, at its next own draw call; calls that
-    // reach the engine directly take it first.
-    if (isActive() && state)
+    // reach the engine directly take it first. The engine's own state pointer cannot
+    // be trusted for that: after restore() it may still name the state the painter
+    // popped. An empty rectangle through the painter (known from of()) hands over
+    // the current state.
+    if (!isActive())
+        return;
+    if (mPainter && mPainter->isActive()) {
+        static const QRectF kNothing;
+        mPainter->drawRects(&kNothing, 1);
+    } else if (state) {
         syncState();
+    }
 }
 
 void GraphicsPaintEngine::drawRects(const QRect* rects, int count)
@@ -336,17 +350,23 @@ void GraphicsPaintEngine::drawImage(const QRectF& target, const QImage& image, c
 void GraphicsPaintEngine::drawTextItem(const QPointF& origin, const QTextItem& item)
 {
     for (const GlyphRun& run : GlyphRun::fromTextItem(item, paintDevice()))
-        drawGlyphs(origin, run, mPen.color());
+        appendGlyphs(origin, run, mPen.color());
 }
 
 void GraphicsPaintEngine::drawTextDirect(const QPointF& origin, const QFont& font, const QString& text,
                                          float letterSpacing, const QColor& color)
 {
     syncPainterState();
-    drawGlyphs(origin, GlyphRun::fromText(font, text, letterSpacing), color);
+    appendGlyphs(origin, GlyphRun::fromText(font, text, letterSpacing), color);
 }
 
-void GraphicsPaintEngine::drawGlyphs(const QPointF& origin, const GlyphRun& run, const QColor& color)
+void GraphicsPaintEngine::drawGlyphRun(const QPointF& origin, const GlyphRun& run, const QColor& color)
+{
+    syncPainterState();
+    appendGlyphs(origin, run, color);
+}
+
+void GraphicsPaintEngine::appendGlyphs(const QPointF& origin, const GlyphRun& run, const QColor& color)
 {
     if (run.isEmpty())
         return;

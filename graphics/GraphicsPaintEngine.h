@@ -67,6 +67,9 @@ public:
     // `letterSpacing` pixels between glyphs, on the baseline at `origin`.
     void drawTextDirect(const QPointF& origin, const QFont& font, const QString& text, float letterSpacing,
                         const QColor& color);
+    // A run laid out beforehand (a label keeps its runs between frames), its pen
+    // positions taken from `origin` on the baseline.
+    void drawGlyphRun(const QPointF& origin, const GlyphRun& run, const QColor& color);
     // Rectangles under translate and scale only: other transforms place the
     // slice in the rectangle's bounds.
     void drawImageSlice(const QRect& target, const ImageSlice& slice, QFlags<ImageSlice::Slice> parts);
@@ -86,7 +89,8 @@ public:
     // `rect` (device pixels) cut to the clip, with the insets moved in by as much.
     Clipped getClipped(const QRectF& rect, const TexCoordInsets& insets) const;
 
-    // The engine behind `painter`, or nullptr.
+    // The engine behind `painter`, or nullptr. Direct calls after this take the
+    // painter's current state.
     static GraphicsPaintEngine* of(QPainter& painter);
 
     RenderItemBuilder& builder() { return mBuilder; }
@@ -108,7 +112,7 @@ private:
     void setCompositionMode(QPainter::CompositionMode mode);
     void updateClip(const QPaintEngineState& state);
     void applyClip();
-    void drawGlyphs(const QPointF& origin, const GlyphRun& run, const QColor& color);
+    void appendGlyphs(const QPointF& origin, const GlyphRun& run, const QColor& color);
     void drawTexture(const QRectF& target, const QSize& size, const TextureKey& key, const QRectF& source,
                      bool blend);
 
@@ -129,6 +133,8 @@ private:
     bool mHasBaseClip;
     OptionFlags mOptions;
     QPainter::RenderHints mHints;
+    // The painter on this engine, for handing its state over before direct calls.
+    QPainter* mPainter = nullptr;
 };
 
 } // namespace gfx

@@ -187,7 +187,12 @@ void RenderItemBuilder::drawTexturedRegion(const QRegion& region, const QRect& t
 void RenderItemBuilder::drawTexturedShape(const Shape& shape, const TextureKey& key, const QMatrix4x4& matrix,
                                           bool blend, const CustomShaderKey& shader)
 {
-    auto* usage = new TextureShaderUsage(key, blend, shader);
+    appendTransformedShape(new TextureShaderUsage(key, blend, shader), shape, matrix);
+}
+
+void RenderItemBuilder::appendTransformedShape(ShaderUsage* usage, const Shape& shape,
+                                               const QMatrix4x4& matrix)
+{
     if (matrix.isIdentity()) {
         appendShape(usage, shape, true);
         return;
@@ -209,11 +214,12 @@ void RenderItemBuilder::drawMultiTexturedShape(const Shape& shape, const Texture
 }
 
 void RenderItemBuilder::drawMaskedTexturedShape(const Shape& shape, const TextureKey& key,
-                                                const TextureKey& mask, const CustomShaderKey& shader)
+                                                const TextureKey& mask, const CustomShaderKey& shader,
+                                                const QMatrix4x4& matrix)
 {
     auto* usage = new MaskTextureShaderUsage(key, mask);
     usage->setCustomShader(shader);
-    appendShape(usage, shape, true);
+    appendTransformedShape(usage, shape, matrix);
 }
 
 void RenderItemBuilder::drawColorTexturedShape(const Shape& shape, const TextureKey& key, const QColor& color)

@@ -78,8 +78,9 @@ public:
                            const CustomShaderKey& shader = CustomShaderKey());
     void drawMultiTexturedShape(const Shape& shape, const TextureKey& first, const TextureKey& second,
                                 float mix);
+    // `matrix` moves the shape on the GPU, as for drawTexturedShape.
     void drawMaskedTexturedShape(const Shape& shape, const TextureKey& key, const TextureKey& mask,
-                                 const CustomShaderKey& shader);
+                                 const CustomShaderKey& shader, const QMatrix4x4& matrix = QMatrix4x4());
     void drawColorTexturedShape(const Shape& shape, const TextureKey& key, const QColor& color);
 
     // Glyphs on the baseline at (`x`, `y`) in device pixels; a non-null `clip`
@@ -131,6 +132,7 @@ private:
     Geometry* geometryFor(const Shape& shape, bool textured) const;
     void appendGeometry(ShaderUsage* usage, Geometry* geometry, const QMatrix4x4& matrix = QMatrix4x4());
     void appendShape(ShaderUsage* usage, const Shape& shape, bool textured);
+    void appendTransformedShape(ShaderUsage* usage, const Shape& shape, const QMatrix4x4& matrix);
     bool outsideClip(const QRect& rect) const;
 
     QVector<RenderItem*> mItems;

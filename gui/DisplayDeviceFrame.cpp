@@ -23,6 +23,7 @@
 #include <QThreadPool>
 #include <RenderItemBuilder.h>
 #include <RenderState.h>
+#include <ShaderCache.h>
 #include <SharedTextureManager.h>
 #include <TextureCache.h>
 #include <cstdlib>
@@ -66,6 +67,29 @@ bool textureCacheThrashing()
     gfx::TextureCache* cache = gfx::TextureCache::instance();
     return cache->maxSize() > 0 && !cache->expiredTextures().isEmpty() &&
            cache->currentSize() + cache->elasticity() >= cache->maxSize();
+}
+
+// The layer through its mask's alpha. The layer is sampled bottom-up (framebuffer
+// rows), the mask top-down, as pictures are uploaded.
+const gfx::CustomShaderKey& maskedLayerShader()
+{
+    static const gfx::CustomShaderKey key = gfx::ShaderCache::instance()->registerCustomShader(
+        "uniform sampler2D uTexture;\nuniform sampler2D uTexture1;\nuniform float uOpacity;\n"
+        "void main() {\n"
+        "    float mask = texture2D(uTexture1, vec2(vTexCoord.x, 1.0 - vTexCoord.y)).a;\n"
+        "    gl_FragColor = texture2D(uTexture, vTexCoord) * mask * uOpacity;\n"
+        "}\n");
+    return key;
+}
+
+void drawLayer(gfx::RenderItemBuilder& builder, DisplayView* layer, const QMatrix4x4& matrix, bool blend)
+{
+    const gfx::Shape shape(QRectF(layer->drawingAreaRect()), QTransform(), kFlipped);
+    const gfx::TextureKey mask = layer->layerMask().texture();
+    if (mask.isNull())
+        builder.drawTexturedShape(shape, layer->layer()->texture(), matrix, blend);
+    else
+        builder.drawMaskedTexturedShape(shape, layer->layer()->texture(), mask, maskedLayerShader(), matrix);
 }
 
 } // namespace
@@ -318,9 +342,8 @@ void DisplayDevice::compositeNestedLayers()
             if (layer == target || nestingTarget(layer) != target || !layer->layer()->framebuffer())
                 continue;
             builder.setOpacity(layer->mAlpha);
-            builder.drawTexturedShape(gfx::Shape(QRectF(layer->drawingAreaRect()), QTransform(), kFlipped),
-                                      layer->layer()->texture(), fromScreen * screenMatrix(layer),
-                                      layer->layer()->backingType() != ViewBuffer::OpaqueBacking);
+            drawLayer(builder, layer, fromScreen * screenMatrix(layer),
+                      layer->layer()->backingType() != ViewBuffer::OpaqueBacking);
         }
         if (builder.items().isEmpty())
             continue;
@@ -374,10 +397,8 @@ void DisplayDevice::compositeLayers()
         for (DisplayView* v = layer; v; v = v->mParentView)
             opacity *= float(v->mAlpha);
         builder.setOpacity(opacity);
-        const QMatrix4x4 matrix = screenMatrix(layer);
-        const gfx::Shape shape(QRectF(layer->drawingAreaRect()), QTransform(), kFlipped);
-        const bool blend = layer->mLayer->backingType() != ViewBuffer::OpaqueBacking || opacity < 1.0f;
-        builder.drawTexturedShape(shape, layer->mLayer->texture(), matrix, blend);
+        drawLayer(builder, layer, screenMatrix(layer),
+                  layer->mLayer->backingType() != ViewBuffer::OpaqueBacking || opacity < 1.0f);
     }
     const QString image = gCompImageLocation.value();
     if (!image.isEmpty()) {

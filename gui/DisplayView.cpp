@@ -523,15 +523,12 @@ void DisplayView::draw(QPainter& painter)
         DrawingContext(painter).fillRect(area, color);
     }
     if (!ext().mBackgroundImage.isNull()) {
+        DisplayImage image = ext().mBackgroundImage;
+        if (!ext().mStretchBackground)
+            image.setFill(DisplayImage::Center);
         const qreal opacity = painter.opacity();
         painter.setOpacity(opacity * ext().mBackgroundOpacity);
-        if (ext().mStretchBackground) {
-            DrawingContext(painter).drawPixmap(area, ext().mBackgroundImage);
-        } else {
-            QRect centred(QPoint(), ext().mBackgroundImage.size());
-            centred.moveCenter(area.center());
-            DrawingContext(painter).drawPixmap(centred, ext().mBackgroundImage);
-        }
+        image.draw(painter, area);
         painter.setOpacity(opacity);
     }
 }
@@ -654,6 +651,11 @@ void DisplayView::setCompositingBehavior(CompositingBehavior behavior, bool on)
 void DisplayView::setTouchPadding(const Padding& padding)
 {
     extras().mTouchPadding = padding;
+}
+
+Padding DisplayView::touchPadding() const
+{
+    return ext().mTouchPadding;
 }
 
 void DisplayView::setDragGestureDelegate(DisplayView* delegate)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DisplayImage.h"
 #include "DisplayViewList.h"
 #include "InterpolatedValue.h"
 #include "Padding.h"
@@ -10,7 +11,6 @@
 #include <QMatrix4x4>
 #include <QObject>
 #include <QPainter>
-#include <QPixmap>
 #include <QPointF>
 #include <QRect>
 #include <QRegion>
@@ -284,7 +284,9 @@ public:
     void setUseCachedLayer(bool cached);
     void initCachedLayer(const QSize& size);
     void setLayer(ViewBuffer* layer);
-    void setLayerMask(const QPixmap& mask);
+    // The layer is composited through the mask's alpha, stretched over the layer.
+    void setLayerMask(const DisplayImage& mask);
+    const DisplayImage& layerMask() const;
     void setLayerBackingType(ViewBuffer::BackingType type);
     void setLayerTransform(const QMatrix4x4& transform);
     const QMatrix4x4& layerTransform() const { return *mLayerTransform; }
@@ -303,8 +305,12 @@ public:
     DisplayViewEffect* effect() const;
 
     // Background.
-    void setBackground(const char* imagePath, bool stretch = true);
-    void setBackground(const QPixmap& image, bool stretch = true);
+    // An image of the assets folder by name. With stretch the image fills the view
+    // by its own fill (stretched through its cuts, or tiled); without, it is drawn
+    // at its size in the middle.
+    void setBackground(const char* imageName, bool stretch = true);
+    void setBackground(const DisplayImage& image, bool stretch = true);
+    const DisplayImage& backgroundImage() const;
     void setBackgroundColor(const SkinColor& color, double opacity = 1.0);
     void setBackgroundOpacity(double opacity);
     void clearBackground();
@@ -321,6 +327,7 @@ public:
     void setDrawingBehavior(DrawingBehavior behavior, bool on);
     void setCompositingBehavior(CompositingBehavior behavior, bool on);
     void setTouchPadding(const Padding& padding);
+    Padding touchPadding() const;
     void setDragGestureDelegate(DisplayView* delegate);
 
     // Focus and touch.

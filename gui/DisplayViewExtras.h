@@ -14,11 +14,11 @@ struct DisplayView::Extras
     Padding mShadowPadding;
     Padding mLayoutMargin;
     DisplayView* mDragGestureDelegate = nullptr;
-    QPixmap mLayerMask;
+    DisplayImage mLayerMask;
     DisplayViewEffect* mEffect = nullptr;
     DisplayViewOverlay* mOverlay = nullptr;
     DisplayViewShadow* mShadow = nullptr;
-    QPixmap mBackgroundImage;
+    DisplayImage mBackgroundImage;
     SkinColor mBackgroundColor;
     double mBackgroundOpacity = 1.0;
     bool mStretchBackground = true;

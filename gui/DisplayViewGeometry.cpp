@@ -6,7 +6,6 @@
 #include "DisplayViewExtras.h"
 #include "LayoutAction.h"
 #include "Logger.h"
-#include "StorageUtils.h"
 
 #include <cmath>
 
@@ -539,10 +538,17 @@ void DisplayView::setLayer(ViewBuffer* layer)
     reveal(true);
 }
 
-void DisplayView::setLayerMask(const QPixmap& mask)
+void DisplayView::setLayerMask(const DisplayImage& mask)
 {
+    if (mask == ext().mLayerMask)
+        return;
     extras().mLayerMask = mask;
     markDirtyRectsForRendering(false, true);
+}
+
+const DisplayImage& DisplayView::layerMask() const
+{
+    return ext().mLayerMask;
 }
 
 void DisplayView::setLayerBackingType(ViewBuffer::BackingType type)
@@ -668,16 +674,23 @@ void DisplayView::setUseDisplayList()
 
 // Background
 
-void DisplayView::setBackground(const char* imagePath, bool stretch)
+void DisplayView::setBackground(const char* imageName, bool stretch)
 {
-    setBackground(QPixmap(StorageUtils::assetPath(QString::fromUtf8(imagePath))), stretch);
+    setBackground(DisplayImage(QString::fromUtf8(imageName)), stretch);
 }
 
-void DisplayView::setBackground(const QPixmap& image, bool stretch)
+void DisplayView::setBackground(const DisplayImage& image, bool stretch)
 {
+    if (image == ext().mBackgroundImage && stretch == ext().mStretchBackground)
+        return;
     extras().mBackgroundImage = image;
     extras().mStretchBackground = stretch;
     update();
+}
+
+const DisplayImage& DisplayView::backgroundImage() const
+{
+    return ext().mBackgroundImage;
 }
 
 void DisplayView::setBackgroundColor(const SkinColor& color, double opacity)
@@ -695,7 +708,7 @@ void DisplayView::setBackgroundOpacity(double opacity)
 
 void DisplayView::clearBackground()
 {
-    extras().mBackgroundImage = QPixmap();
+    extras().mBackgroundImage = DisplayImage();
     extras().mBackgroundColor = SkinColor();
     extras().mBackgroundOpacity = 1.0;
     update();

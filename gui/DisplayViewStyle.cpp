@@ -2,6 +2,7 @@
 #include "DisplayView.h"
 #include "DisplayViewExtras.h"
 #include "Logger.h"
+#include "Skin.h"
 #include "Style.h"
 
 static const char* const kLogSource = "../../../gui/DisplayView";
@@ -52,9 +53,13 @@ void DisplayView::setStyle(const Style& style)
     if (style.doubleValue(Style::Alpha, real))
         setAlpha(float(real));
     if (style.stringValue(Style::BackgroundColor, text))
-        setBackgroundColor(SkinColor(QColor(text)), ext().mBackgroundOpacity);
-    if (style.stringValue(Style::BackgroundImage, text))
-        setBackground(text.toUtf8().constData());
+        setBackgroundColor(Skin::parseColor(text), ext().mBackgroundOpacity);
+    if (style.isDefined(Style::BackgroundImage)) {
+        const DisplayImage image = DisplayImage::fromStyle(style, Style::BackgroundImage);
+        setBackground(image, true);
+        if (!image.isNull() && !usesCssLayout() && style.boolValue(Style::FitToImage, flag) && flag)
+            resizeTo(image.width(), image.height());
+    }
     if (style.isDefined(Style::TouchPadding))
         setTouchPadding(style.padding(Style::TouchPadding));
     if (style.isDefined(Style::ShadowPadding))

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "SkinColor.h"
+
+#include <QString>
+
+// The day and night colour sets. Styles give colours by skin name
+// ("foregroundColor") or literally ("#1f6feb", "#801f6feb", "white"); parseColor
+// turns either into a SkinColor that follows the day/night switch.
+class Skin
+{
+public:
+    // An unknown name that is no colour either is reported once and reads as
+    // an invalid colour.
+    static SkinColor parseColor(const QString& text);
+    static bool hasColor(const QString& name);
+    // A product replaces or adds a named colour.
+    static void setColor(const QString& name, const SkinColor& color);
+};
