@@ -69,3 +69,31 @@ PaintComparison::Difference PaintComparison::difference(const QImage& a, const Q
     }
     return result;
 }
+
+namespace {
+constexpr int kGlyphTolerance = 64;
+constexpr double kDifferingShare = 0.015;
+constexpr double kInkShare = 0.02;
+
+qint64 ink(const QImage& image)
+{
+    qint64 sum = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            sum += 255 - qGray(image.pixel(x, y));
+    return sum;
+}
+} // namespace
+
+::testing::AssertionResult PaintComparison::textAgrees(const QImage& engine, const QImage& raster)
+{
+    const Difference d = difference(engine, raster, kGlyphTolerance);
+    const qint64 engineInk = ink(engine);
+    const qint64 rasterInk = ink(raster);
+    if (rasterInk > 0 && d.pixels <= kDifferingShare * engine.width() * engine.height() &&
+        qAbs(engineInk - rasterInk) <= kInkShare * rasterInk)
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure()
+           << d.pixels << " pixels differ (worst " << d.worst << " at " << d.worstAt.x() << ","
+           << d.worstAt.y() << "), ink " << engineInk << " against " << rasterInk;
+}

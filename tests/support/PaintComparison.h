@@ -33,6 +33,11 @@ public:
     // Success when no more than `allowedPixels` differ by more than `tolerance`.
     ::testing::AssertionResult matches(const Painting& paint, int tolerance, int allowedPixels) const;
     static Difference difference(const QImage& a, const QImage& b, int tolerance);
+    // Pictures with text: both engines rasterise glyphs with FreeType but hint a
+    // little differently, so a stem may move by part of a pixel. They agree when no
+    // more than 1.5% of the pixels differ by more than a quarter of the range and
+    // the ink (the sum of darkness) is within 2%.
+    static ::testing::AssertionResult textAgrees(const QImage& engine, const QImage& raster);
 
 private:
     GLTestContext& mGL;
