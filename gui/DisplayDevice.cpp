@@ -11,6 +11,7 @@
 #include "ViewBufferManager.h"
 #include "input/touch/TouchDevice.h"
 
+#include <GLExtensions.h>
 #include <GLFunctions.h>
 #include <GLStateManager.h>
 #include <GlyphCache.h>
@@ -54,9 +55,7 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     initTransforms();
     createWindow();
     if (mWidget) {
-        const int limitKb = qMax(0, gfx::TextureCacheSize.value()) * 1024;
-        QGLContext::setTextureCacheLimit(limitKb);
-        Logger::info(QStringLiteral("setting texture cache to %1").arg(limitKb));
+        setQtTextureCacheLimit(gfx::TextureCacheSize.value());
         mBufferManager = std::make_unique<ViewBufferManager>(mWidget);
         doResize(mWindowSize);
     }
@@ -85,6 +84,7 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
         if (gDumpGLExtensions.value())
             Logger::info(QStringLiteral("Extensions: ") +
                          extensions.split(QLatin1Char(' ')).join(QLatin1Char('\n')));
+        gfx::loadExtensions();
     }
     mRenderRegion = QRegion();
     mCompositeRegion = QRegion();
@@ -124,6 +124,23 @@ void DisplayDevice::makeCurrent()
 {
     if (mWidget)
         mWidget->makeCurrent();
+}
+
+void DisplayDevice::setQtTextureCacheLimit(int megabytes)
+{
+    const int limitKb = qMax(0, megabytes) * 1024;
+    QGLContext::setTextureCacheLimit(limitKb);
+    Logger::info(QStringLiteral("setting texture cache to %1").arg(limitKb));
+}
+
+void DisplayDevice::changeTextureCacheSize(int megabytes)
+{
+    if (!ORBIS_ASSERT(megabytes >= 0,
+                      QStringLiteral("The texture cache size cannot be negative: %1").arg(megabytes)))
+        return;
+    gfx::TextureCache::instance()->setMaxSizeMb(megabytes);
+    if (mWidget)
+        setQtTextureCacheLimit(megabytes);
 }
 
 DisplayDevice::~DisplayDevice()

@@ -69,6 +69,9 @@ public:
     ViewBufferManager* viewBufferManager() const { return mBufferManager.get(); }
     bool hasWindow() const { return mWidget != nullptr; }
     void makeCurrent();
+    // The texture budget in megabytes at run time (0: unbounded); the cache
+    // evicts at once when it holds more.
+    void changeTextureCacheSize(int megabytes);
 
     // Containers of the root, bottom to top.
     DisplayView* hiddenViews() const { return mHidden; }
@@ -191,6 +194,8 @@ private slots:
 private:
     void createWindow();
     void applyCursor();
+    // Qt's own paint engine keeps its texture cache by this budget too.
+    static void setQtTextureCacheLimit(int megabytes);
     // The layer into whose buffer a layer is composited instead of onto the screen.
     DisplayView* nestingTarget(DisplayView* view) const;
     void paintWithGraphics(DisplayView* view, ViewBuffer* buffer, const QTransform& toPixels,

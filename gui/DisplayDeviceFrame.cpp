@@ -24,6 +24,7 @@
 #include <RenderItemBuilder.h>
 #include <RenderState.h>
 #include <ShaderCache.h>
+#include <SharedTextureManager.h>
 #include <TextureCache.h>
 #include <cstdlib>
 
@@ -135,6 +136,7 @@ void DisplayDevice::finishFrame()
                              .arg(gfx::TextureCache::instance()->entryCount())
                              .arg(gfx::TextureCache::instance()->currentSize())
                              .arg(gfx::TextureCache::instance()->expiredTextures().size()));
+        gfx::SharedTextureManager::instance()->destroyPendingTextures();
         gfx::TextureCache::instance()->destroyExpiredTextures();
         if (drawing) {
             ++mStats.drawnFrames;
