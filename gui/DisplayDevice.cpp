@@ -13,11 +13,14 @@
 #include "input/touch/TouchDevice.h"
 
 #include <GLFunctions.h>
+#include <GLStateManager.h>
+#include <GlyphCache.h>
 #include <QBitmap>
 #include <QGLFramebufferObject>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QWheelEvent>
+#include <ShaderCache.h>
 #include <TextureCache.h>
 #include <algorithm>
 #include <cmath>
@@ -134,6 +137,18 @@ DisplayDevice::~DisplayDevice()
     mAnimations.clear();
     mDisplays.removeOne(this);
     mLayer.reset();
+    // Programs and cached textures die with the last screen's context: their names
+    // must not reach a later context, where they would stand for other objects.
+    if (mWidget && mDisplays.isEmpty()) {
+        gfx::ShaderCache::instance()->releaseAll();
+        if (Singleton<gfx::GlyphCache>::exists())
+            gfx::GlyphCache::instance()->releaseTextures();
+        if (Singleton<gfx::TextureCache>::exists()) {
+            gfx::TextureCache::instance()->clear();
+            gfx::TextureCache::instance()->destroyExpiredTextures();
+        }
+        gfx::GLStateManager::instance()->clearToInvalid();
+    }
     delete mWidget;
 }
 
