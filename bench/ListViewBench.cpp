@@ -96,10 +96,14 @@ public:
         }
         mScroller->scroll(QPointF(0, kRows * kRowHeight / 2), 0);
         mDevice.setVisible(true);
-        QTest::qWaitForWindowExposed(mDevice.widget());
-        frame();
+        if (!QTest::qWaitForWindowExposed(mDevice.widget()))
+            mScroller = nullptr;
+        else
+            frame();
     }
     bool valid() const { return mScroller != nullptr; }
+    // Pixels the content moved, over all frames so far.
+    qint64 travelled() const { return mTravelled; }
 
     void frame()
     {
@@ -107,9 +111,11 @@ public:
             mStep = 1;
         if (mStep > 0)
             fingerStep();
+        const int before = mScroller->contentOffset().y();
         mClock.advanceMs(16);
         mDevice.doTick();
         QOpenGLContext::currentContext()->functions()->glFinish();
+        mTravelled += std::abs(mScroller->contentOffset().y() - before);
     }
 
 private:
@@ -133,6 +139,7 @@ private:
     ScrollableView* mScroller = nullptr;
     int mStep = 0;
     bool mUp = true;
+    qint64 mTravelled = 0;
 };
 
 void flingFrames(benchmark::State& state, bool recycling)
@@ -140,8 +147,10 @@ void flingFrames(benchmark::State& state, bool recycling)
     FlingScreen screen(recycling);
     if (!screen.valid())
         return state.SkipWithError("needs an X display with OpenGL");
+    const qint64 start = screen.travelled();
     for (auto _ : state)
         screen.frame();
+    state.counters["px_per_frame"] = double(screen.travelled() - start) / double(state.iterations());
 }
 
 void BM_ListViewFlingFrame(benchmark::State& state)
