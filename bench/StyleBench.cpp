@@ -20,13 +20,15 @@ public:
     void write(const LogRecord&) override {}
 };
 
-// A fresh registry holding `others` unrelated styles besides whatever the
+// A fresh registry holding `others` unrelated styles in use besides whatever the
 // benchmark adds, so the hash has a realistic size.
 void freshRegistry(int others)
 {
+    static QList<Style> inUse;
+    inUse.clear();
     Singleton<StyleManager>::reset();
     for (int i = 0; i < others; ++i)
-        Style(QStringLiteral("Width:%1;Height:%2").arg(i).arg(i % 7));
+        inUse << Style(QStringLiteral("Width:%1;Height:%2").arg(i).arg(i % 7));
 }
 
 const QString kWrittenSpec =

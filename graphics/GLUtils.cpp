@@ -5,8 +5,10 @@
 #include "KtxFile.h"
 
 #include <Logger.h>
+#include <QBuffer>
 #include <QFile>
 #include <QHash>
+#include <QImageReader>
 #include <stb_image.h>
 
 namespace gfx {
@@ -37,6 +39,14 @@ QString requiredExtension(quint32 internalFormat)
     }
 }
 } // namespace
+
+int GLUtils::largestTextureSize()
+{
+    GLint size = 0;
+    GLFunctions::current()->glGetIntegerv(GL_MAX_TEXTURE_SIZE, &size);
+    // A driver that does not say is held to what the texture files may declare.
+    return size > 0 ? size : 16384;
+}
 
 bool GLUtils::hasExtension(const char* name)
 {
@@ -108,13 +118,36 @@ bool GLUtils::uploadFromFile(const QString& fileName, GLuint& id, int& width, in
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return failed(fileName, file.errorString());
-    const QByteArray data = file.readAll();
+    return uploadEncoded(file.readAll(), fileName, id, width, height, bytes, features);
+}
+
+bool GLUtils::uploadEncoded(const QByteArray& data, const QString& fileName, GLuint& id, int& width,
+                            int& height, quint64& bytes, TextureFeatures features)
+{
+    id = 0;
+    bytes = 0;
+    const auto* encoded = reinterpret_cast<const stbi_uc*>(data.constData());
     int channels = 0;
-    stbi_uc* pixels = stbi_load_from_memory(reinterpret_cast<const stbi_uc*>(data.constData()), data.size(),
-                                            &width, &height, &channels, 4);
+    QBuffer buffer;
+    buffer.setData(data);
+    QImageReader reader(&buffer);
+    // A few damaged header bytes can claim a picture of gigabytes: what no texture
+    // can hold is refused before it is decoded.
+    QSize declared;
+    if (stbi_info_from_memory(encoded, data.size(), &width, &height, &channels))
+        declared = QSize(width, height);
+    else
+        declared = reader.size();
+    const int largest = largestTextureSize();
+    if (declared.width() > largest || declared.height() > largest)
+        return failed(fileName, QStringLiteral("%1x%2 pixels exceed the largest texture, %3x%3")
+                                    .arg(declared.width())
+                                    .arg(declared.height())
+                                    .arg(largest));
+    stbi_uc* pixels = stbi_load_from_memory(encoded, data.size(), &width, &height, &channels, 4);
     if (!pixels) {
         // Formats stb_image lacks (SVG, WebP with the Qt plugins) still load.
-        const QImage image = QImage::fromData(data);
+        const QImage image = reader.read();
         if (image.isNull())
             return failed(fileName, QString::fromLatin1(stbi_failure_reason()));
         width = image.width();
@@ -140,8 +173,16 @@ bool GLUtils::uploadKtx(const QString& fileName, GLuint& id, GLenum& target, int
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return failed(fileName, file.errorString());
+    return uploadKtxData(file.readAll(), fileName, id, target, width, height, bytes, features);
+}
+
+bool GLUtils::uploadKtxData(const QByteArray& data, const QString& fileName, GLuint& id, GLenum& target,
+                            int& width, int& height, quint64& bytes, TextureFeatures features)
+{
+    id = 0;
+    bytes = 0;
     KtxFile ktx;
-    if (!ktx.parse(file.readAll()))
+    if (!ktx.parse(data))
         return failed(fileName, ktx.errorString());
     if (ktx.isCompressed()) {
         const QString extension = requiredExtension(ktx.glInternalFormat());
@@ -156,6 +197,8 @@ bool GLUtils::uploadKtx(const QString& fileName, GLuint& id, GLenum& target, int
         features.testFlag(TextureFeature::Mipmaps) && ktx.levelCount() == 1 && !ktx.isCompressed();
     id = createTexture(target, features, ktx.levelCount() > 1 || generate);
     GLFunctions* f = GLFunctions::current();
+    // The container pads every row to four bytes.
+    f->glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
     for (int level = 0; level < ktx.levelCount(); ++level) {
         const int w = qMax(1, width >> level);
         const int h = qMax(1, height >> level);
@@ -163,6 +206,10 @@ bool GLUtils::uploadKtx(const QString& fileName, GLuint& id, GLenum& target, int
             const GLenum faceTarget =
                 ktx.isCube() ? GLenum(GL_TEXTURE_CUBE_MAP_POSITIVE_X + face) : GLenum(GL_TEXTURE_2D);
             const QByteArray& pixels = ktx.image(level, face);
+            // What the texture holds, without the file's row padding.
+            bytes += ktx.isCompressed() ? quint64(pixels.size())
+                                        : quint64(w) * quint64(h) *
+                                              quint64(KtxFile::pixelBytes(ktx.glFormat(), ktx.glType()));
             if (ktx.isCompressed())
                 f->glCompressedTexImage2D(faceTarget, level, ktx.glInternalFormat(), w, h, 0, pixels.size(),
                                           pixels.constData());
@@ -171,7 +218,6 @@ bool GLUtils::uploadKtx(const QString& fileName, GLuint& id, GLenum& target, int
                                 ktx.glType(), pixels.constData());
         }
     }
-    bytes = ktx.totalBytes();
     if (generate) {
         f->glGenerateMipmap(target);
         bytes += bytes / 3;

@@ -20,14 +20,21 @@ public:
     // Decodes a file with stb_image (Qt's readers for what it does not know).
     static bool uploadFromFile(const QString& fileName, GLuint& id, int& width, int& height, quint64& bytes,
                                TextureFeatures features);
+    // The same for a file's contents; fileName only names it in messages.
+    static bool uploadEncoded(const QByteArray& data, const QString& fileName, GLuint& id, int& width,
+                              int& height, quint64& bytes, TextureFeatures features);
     // Uploads a KTX 1.1 file with its mip chain; a 6-face file becomes a cube map.
     static bool uploadKtx(const QString& fileName, GLuint& id, GLenum& target, int& width, int& height,
                           quint64& bytes, TextureFeatures features);
+    static bool uploadKtxData(const QByteArray& data, const QString& fileName, GLuint& id, GLenum& target,
+                              int& width, int& height, quint64& bytes, TextureFeatures features);
     static void glDeleteTrackedTextures(int count, const GLuint* names);
 
     static quint64 trackedTextureBytes();
     static int trackedTextureCount();
     static bool hasExtension(const char* name);
+    // GL_MAX_TEXTURE_SIZE of the driver.
+    static int largestTextureSize();
 
 private:
     static GLuint createTexture(GLenum target, TextureFeatures features, bool mipmapped);

@@ -82,10 +82,60 @@ bool KtxFile::parseHeader(const QByteArray& header)
     return true;
 }
 
+int KtxFile::pixelBytes(quint32 format, quint32 type)
+{
+    int components = 0;
+    switch (format) {
+    case GL_ALPHA:
+    case GL_LUMINANCE:
+        components = 1;
+        break;
+    case GL_LUMINANCE_ALPHA:
+        components = 2;
+        break;
+    case GL_RGB:
+        components = 3;
+        break;
+    case GL_RGBA:
+        components = 4;
+        break;
+    default:
+        return 0;
+    }
+    switch (type) {
+    case GL_UNSIGNED_BYTE:
+        return components;
+    case GL_UNSIGNED_SHORT_5_6_5:
+        return format == GL_RGB ? 2 : 0;
+    case GL_UNSIGNED_SHORT_4_4_4_4:
+    case GL_UNSIGNED_SHORT_5_5_5_1:
+        return format == GL_RGBA ? 2 : 0;
+    case kHalfFloat:
+        return 2 * components;
+    case GL_FLOAT:
+        return 4 * components;
+    default:
+        return 0;
+    }
+}
+
+quint64 KtxFile::levelBytes(quint32 level) const
+{
+    const quint64 width = qMax<quint32>(1, mWidth >> level);
+    const quint64 height = qMax<quint32>(1, mHeight >> level);
+    return padded(quint32(width * quint64(pixelBytes(mGlFormat, mGlType)))) * height;
+}
+
 bool KtxFile::parse(const QByteArray& data)
 {
     if (!parseHeader(data))
         return false;
+    // The driver reads as many bytes as the size, format and type call for,
+    // whatever the file claims: a short image would be read past its end.
+    if (!isCompressed() && pixelBytes(mGlFormat, mGlType) == 0)
+        return fail(QStringLiteral("unsupported format 0x%1 with type 0x%2")
+                        .arg(mGlFormat, 0, 16)
+                        .arg(mGlType, 0, 16));
     quint64 offset = quint64(kHeaderSize) + mKeyValueBytes;
     mLevels.resize(int(mLevelCount));
     for (quint32 level = 0; level < mLevelCount; ++level) {
@@ -93,6 +143,11 @@ bool KtxFile::parse(const QByteArray& data)
             return fail(QStringLiteral("truncated at mip level %1").arg(level));
         const quint32 imageSize = word(data.constData() + offset);
         offset += 4;
+        if (!isCompressed() && imageSize < levelBytes(level))
+            return fail(QStringLiteral("mip level %1 holds %2 bytes, not %3")
+                            .arg(level)
+                            .arg(imageSize)
+                            .arg(levelBytes(level)));
         for (quint32 face = 0; face < mFaces; ++face) {
             if (offset + imageSize > quint64(data.size()))
                 return fail(QStringLiteral("truncated at mip level %1").arg(level));

@@ -9,7 +9,8 @@ namespace gfx {
 
 // Reader of the KTX 1.1 texture container: header, key/value block skipped, then
 // per mip level the image size and the faces' pixels, each padded to four bytes.
-// Either byte order is accepted. Array and 3D textures are refused.
+// Either byte order is accepted. Array and 3D textures are refused, and so are
+// uncompressed formats GLES 2 lacks and levels shorter than their size needs.
 class KtxFile
 {
 public:
@@ -34,7 +35,15 @@ public:
     const QByteArray& image(int level, int face) const { return mLevels[level][face]; }
     quint64 totalBytes() const;
 
+    // Bytes of one pixel of an uncompressed format and type that GLES 2 takes,
+    // 0 for any other combination.
+    static int pixelBytes(quint32 format, quint32 type);
+
 private:
+    static constexpr quint32 kHalfFloat = 0x8D61; // GL_HALF_FLOAT_OES
+
+    // Bytes of one face of an uncompressed level, rows padded to four bytes.
+    quint64 levelBytes(quint32 level) const;
     bool fail(const QString& error);
     quint32 word(const char* p) const;
 

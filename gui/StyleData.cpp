@@ -86,6 +86,13 @@ template <typename Hash> void mergeInto(Hash& target, const Hash& source)
 
 } // namespace
 
+Style::StyleData::~StyleData()
+{
+    const QList<StyleData*> prerequisites = mPrerequisites.values();
+    for (StyleData* prereq : prerequisites)
+        removePrereq(prereq);
+}
+
 void Style::StyleData::initSpec(const QString& styleText)
 {
     mSpec = styleText;
@@ -269,13 +276,16 @@ void Style::StyleData::overrideWith(const StyleData* other)
 
 void Style::StyleData::addPrereq(StyleData* prereq)
 {
-    if (prereq && prereq != this)
-        mPrerequisites.insert(prereq);
+    if (!prereq || prereq == this || mPrerequisites.contains(prereq))
+        return;
+    mPrerequisites.insert(prereq);
+    prereq->ref.ref();
 }
 
 void Style::StyleData::removePrereq(StyleData* prereq)
 {
-    mPrerequisites.remove(prereq);
+    if (mPrerequisites.remove(prereq) && !prereq->ref.deref())
+        delete prereq;
 }
 
 void Style::StyleData::addListener(QObject* listener)

@@ -7,12 +7,14 @@
 #include <QSharedData>
 
 // The parsed attributes of one normalized style string, or of one named style.
-// Owned by the StyleManager and shared by every Style handle built from the same
-// text; the reference count lives in QSharedData.
+// Registered with the StyleManager and shared by every Style handle built from the
+// same text; the reference count lives in QSharedData. A style also holds a
+// reference on each of its prerequisites, so that what it was built from outlives it.
 class Style::StyleData : public QSharedData
 {
 public:
     StyleData() = default;
+    ~StyleData();
     StyleData(const StyleData&) = delete;
     StyleData& operator=(const StyleData&) = delete;
 
@@ -38,6 +40,9 @@ public:
     void addListener(QObject* listener);
     void removeListener(QObject* listener);
     int listenerCount() const;
+    // Nothing but the registry refers to this style: no handle, listener or
+    // style built on it.
+    bool isUnused() const { return ref.loadRelaxed() == 1 && listenerCount() == 0; }
 
     const QString& styleText() const { return mSpec; }
     const QString& name() const { return mName; }

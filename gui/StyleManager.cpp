@@ -35,6 +35,9 @@ QStringList& overrideNames()
 // can be missing for a moment in between.
 constexpr unsigned long kReplacedFileWaitUs = 100000;
 
+// Below this many styles the registry never sweeps: an application's own styles fit.
+constexpr int kMinimumSweepSize = 4096;
+
 // Unquoted INI values that contain commas come back as lists.
 QString entryText(const QVariant& value)
 {
@@ -50,7 +53,7 @@ StyleManager* StyleManager::instance()
     return Singleton<StyleManager>::instance();
 }
 
-StyleManager::StyleManager()
+StyleManager::StyleManager() : mSweepAt(kMinimumSweepSize)
 {
     gDevelopmentCar = false;
     Style::addAttributeTypes();
@@ -120,11 +123,20 @@ Style::StyleData* StyleManager::lookupOrCreateSpec(const QString& styleText, boo
     return data;
 }
 
+Style::StyleData* StyleManager::registeredSpec(const QString& styleText) const
+{
+    const auto known = mStyles.constFind(styleText);
+    return known != mStyles.cend() ? known->data() : nullptr;
+}
+
 Style::StyleData* StyleManager::lookupOrCreateWritten(const QString& text)
 {
     const auto known = mWrittenSpecs.constFind(text);
     if (known != mWrittenSpecs.cend())
         return known.value();
+    // Nothing is under construction here, so every unused style can go.
+    if (mCreationOrder.size() >= mSweepAt)
+        releaseUnusedStyles();
     Style::StyleData* data = lookupOrCreateSpec(Style::normalizedSpec(text), true);
     mWrittenSpecs.insert(text, data);
     return data;
@@ -171,10 +183,60 @@ void StyleManager::markChanged(Style::StyleData* data)
         if (affected.contains(candidate))
             evaluator.evaluate(candidate);
     }
-    for (Style::StyleData* evaluated : evaluator.finished()) {
-        if (affected.contains(evaluated))
-            evaluated->dispatchChangedEvent();
+    dispatchChanged(evaluator.finished(), &affected);
+}
+
+void StyleManager::dispatchChanged(const QList<Style::StyleData*>& evaluated,
+                                   const QSet<Style::StyleData*>* only)
+{
+    ++mDispatching;
+    for (Style::StyleData* data : evaluated) {
+        if (!only || only->contains(data))
+            data->dispatchChangedEvent();
     }
+    --mDispatching;
+}
+
+int StyleManager::releaseUnusedStyles()
+{
+    if (mLoading || mDispatching > 0)
+        return 0;
+    QSet<Style::StyleData*> unused;
+    // Anonymous styles first: dropping them is what leaves the placeholders they
+    // named unused. Defined named styles stay.
+    for (Style::StyleData* data : qAsConst(mCreationOrder)) {
+        if (data->name().isEmpty() && data->isUnused()) {
+            unused.insert(data);
+            const QList<Style::StyleData*> prerequisites = data->prerequisites().values();
+            for (Style::StyleData* prereq : prerequisites)
+                data->removePrereq(prereq);
+        }
+    }
+    for (Style::StyleData* data : qAsConst(mCreationOrder)) {
+        if (data->isPlaceholder() && data->isUnused())
+            unused.insert(data);
+    }
+    if (!unused.isEmpty()) {
+        for (auto it = mWrittenSpecs.begin(); it != mWrittenSpecs.end();)
+            it = unused.contains(it.value()) ? mWrittenSpecs.erase(it) : it + 1;
+        QVector<Style::StyleData*> kept;
+        kept.reserve(mCreationOrder.size() - unused.size());
+        for (Style::StyleData* data : qAsConst(mCreationOrder)) {
+            if (!unused.contains(data))
+                kept.append(data);
+        }
+        mCreationOrder = kept;
+        // The registry's reference is the last one: removing it deletes the style.
+        for (Style::StyleData* data : qAsConst(unused)) {
+            const QString name = data->name();
+            if (name.isEmpty())
+                mStyles.remove(QString(data->styleText()));
+            else
+                mNamedStyles.remove(name);
+        }
+    }
+    mSweepAt = qMax(kMinimumSweepSize, 2 * mCreationOrder.size());
+    return unused.size();
 }
 
 QVector<StyleManager::StyleFile> StyleManager::styleFiles()
@@ -222,8 +284,7 @@ void StyleManager::loadConfiguration()
     const QVector<Style::StyleData*> all = mCreationOrder;
     for (Style::StyleData* data : all)
         evaluator.evaluate(data);
-    for (Style::StyleData* data : evaluator.finished())
-        data->dispatchChangedEvent();
+    dispatchChanged(evaluator.finished(), nullptr);
 
     if (allowRuntimeStyling())
         watch(loaded);

@@ -12,9 +12,16 @@ class QFileSystemWatcher;
 class QSettings;
 
 // The process-wide registry of styles: one StyleData per normalized style string
-// and per named style, kept for the life of the process. Named styles come from
-// the INI style files of the assets folder; on a development vehicle the files are
-// watched and every style that depends on an edited one restyles live.
+// and per named style. Named styles come from the INI style files of the assets
+// folder; on a development vehicle the files are watched and every style that
+// depends on an edited one restyles live.
+//
+// Style strings built at run time (a colour per value, say) are unbounded, so the
+// registry lets go of styles that nothing holds any more: no Style handle, no
+// listener, no named style built on them. That happens in sweeps, started by a new
+// style string once the registry has doubled since the last sweep; so a text that
+// is dropped and asked for again soon is usually still parsed, and a cached lookup
+// costs nothing extra. Defined named styles stay for the life of the process.
 class StyleManager : public QObject
 {
     Q_OBJECT
@@ -28,9 +35,12 @@ public:
 
     // The named style, or nullptr when no configuration entry defines it.
     Style::StyleData* lookupStyle(const QString& name) const;
-    // styleText must be normalized (Style::normalizedSpec).
+    // styleText must be normalized (Style::normalizedSpec). The returned style stays
+    // registered only while something holds it (see above).
     Style::StyleData* lookupOrCreateSpec(const QString& styleText, bool evaluate);
     Style::StyleData* lookupOrCreateAlias(const QString& name, const QString& styleText);
+    // The style registered under a normalized style string, or nullptr.
+    Style::StyleData* registeredSpec(const QString& styleText) const;
     // A style string as code writes it: normalized once per distinct text.
     Style::StyleData* lookupOrCreateWritten(const QString& text);
     // A named style got a new definition: outside a load, it and everything built
@@ -51,6 +61,9 @@ public:
 
     QStringList watchedFiles() const;
     int styleCount() const { return mCreationOrder.size(); }
+    // Unregisters every style that nothing holds; returns how many went. Does
+    // nothing while styles are being loaded or restyled.
+    int releaseUnusedStyles();
 
 public Q_SLOTS:
     void styleFileChanged(const QString& path);
@@ -69,14 +82,19 @@ private:
                                    const QString& key);
     QSet<Style::StyleData*> dependentsOf(Style::StyleData* data) const;
     void watch(const QStringList& files);
+    void dispatchChanged(const QList<Style::StyleData*>& evaluated, const QSet<Style::StyleData*>* only);
 
     QHash<QString, TExplicitlySharedDataPointer<Style::StyleData>> mStyles;
     QHash<QString, TExplicitlySharedDataPointer<Style::StyleData>> mNamedStyles;
     // Texts given to Style(styleText), normalized or not, so that repeated lookups of
     // the same text cost one hash lookup.
     QHash<QString, Style::StyleData*> mWrittenSpecs;
-    // Every style ever created, oldest first: the order of a full re-evaluation.
+    // Every registered style, oldest first: the order of a full re-evaluation.
     QVector<Style::StyleData*> mCreationOrder;
+    // The registry size at which a new style string starts a sweep.
+    int mSweepAt;
+    // Listeners are running: the styles being notified are held only by raw pointers.
+    int mDispatching = 0;
     // Names defined during the current load, and whether an override file did it.
     QHash<QString, bool> mDefinedThisLoad;
     bool mLoading = false;

@@ -68,6 +68,15 @@ bool ConfigRegistry::loadFile(const QString& path)
     return true;
 }
 
+void ConfigRegistry::unloadFiles()
+{
+    {
+        QMutexLocker lock(&mMutex);
+        mFileValues.clear();
+    }
+    bump();
+}
+
 void ConfigRegistry::loadFromEnvironment()
 {
     const QString path = qEnvironmentVariable("ORBIS_CONFIG");
@@ -80,7 +89,8 @@ bool ConfigRegistry::applyOverride(const QString& keyEqualsValue)
     const int eq = keyEqualsValue.indexOf(QLatin1Char('='));
     const QString key = eq > 0 ? keyEqualsValue.left(eq).trimmed() : QString();
     if (key.isEmpty()) {
-        Logger::warn(QStringLiteral("Configuration override '%1' is not key=value; ignored").arg(keyEqualsValue));
+        Logger::warn(
+            QStringLiteral("Configuration override '%1' is not key=value; ignored").arg(keyEqualsValue));
         return false;
     }
     setOverride(key, keyEqualsValue.mid(eq + 1).trimmed());

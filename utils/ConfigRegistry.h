@@ -32,6 +32,8 @@ public:
 
     // Loads an INI file; a missing or unreadable file logs a WARN and changes nothing.
     bool loadFile(const QString& path);
+    // Forgets every value read from files (before reading them again); overrides stay.
+    void unloadFiles();
     // Loads the file named by ORBIS_CONFIG, if the variable is set.
     void loadFromEnvironment();
 

@@ -34,13 +34,14 @@ TEST(KtxFileTest, ReadsLevelsFacesAndEitherByteOrder)
     EXPECT_FALSE(ktx.isCube());
 
     KtxWriter cube;
-    cube.glType = 0x1403; // 16-bit components, written big-endian
+    cube.glType = 0x8363; // GL_UNSIGNED_SHORT_5_6_5: 16-bit pixels, written big-endian
     cube.glTypeSize = 2;
+    cube.glFormat = cube.glInternalFormat = 0x1907; // GL_RGB
     cube.swapped = true;
     cube.levels = {QVector<QByteArray>(6, QByteArray("\x01\x02\x03\x04\x05\x06", 6))};
     ASSERT_TRUE(ktx.parse(cube.build())) << ktx.errorString().toStdString();
     EXPECT_TRUE(ktx.isCube());
-    EXPECT_EQ(ktx.glType(), 0x1403u);
+    EXPECT_EQ(ktx.glType(), 0x8363u);
     // Each face padded to four bytes; components swapped to native order.
     EXPECT_EQ(ktx.image(0, 5), QByteArray("\x02\x01\x04\x03\x06\x05", 6));
 }
@@ -61,6 +62,22 @@ TEST(KtxFileTest, RefusesBrokenFiles)
     array.arrayElements = 2;
     EXPECT_FALSE(ktx.parse(array.build()));
     EXPECT_EQ(ktx.errorString(), "array and 3D textures are not supported");
+
+    // The driver would read a whole level whatever the file holds: rows of a 3x1
+    // RGB level are padded to 12 bytes.
+    KtxWriter rgb;
+    rgb.glFormat = rgb.glInternalFormat = 0x1907;
+    rgb.width = 3;
+    rgb.height = 2;
+    rgb.levels = {{QByteArray(23, 'a')}};
+    EXPECT_FALSE(ktx.parse(rgb.build()));
+    EXPECT_EQ(ktx.errorString(), "mip level 0 holds 23 bytes, not 24");
+    rgb.levels = {{QByteArray(24, 'a')}};
+    EXPECT_TRUE(ktx.parse(rgb.build())) << ktx.errorString().toStdString();
+    KtxWriter desktopOnly = mipChain();
+    desktopOnly.glFormat = 0x80E1; // GL_BGRA
+    EXPECT_FALSE(ktx.parse(desktopOnly.build()));
+    EXPECT_EQ(ktx.errorString(), "unsupported format 0x80e1 with type 0x1401");
 }
 
 TEST(KtxFileTest, CompressedFilesNeedTheDriversExtension)

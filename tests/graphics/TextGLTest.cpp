@@ -9,39 +9,14 @@ using namespace gfx;
 
 namespace {
 
-// Both engines rasterise with FreeType, but hint outlines a little differently: a
-// stem may move by part of a pixel. So a text picture agrees when no more than
-// 1.5% of its pixels differ by more than a quarter of the range and the ink
-// (the sum of darkness) agrees within 2%.
-constexpr int kGlyphTolerance = 64;
-constexpr double kDifferingShare = 0.015;
-constexpr double kInkShare = 0.02;
-
-qint64 ink(const QImage& image)
-{
-    qint64 sum = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            sum += 255 - qGray(image.pixel(x, y));
-    return sum;
-}
-
 class TextGLTest : public ::testing::Test
 {
 protected:
     void SetUp() override { ASSERT_TRUE(mGL.isValid()); }
 
-    ::testing::AssertionResult agree(const QImage& engine, const QImage& raster)
+    static ::testing::AssertionResult agree(const QImage& engine, const QImage& raster)
     {
-        const PaintComparison::Difference d = PaintComparison::difference(engine, raster, kGlyphTolerance);
-        const qint64 engineInk = ink(engine);
-        const qint64 rasterInk = ink(raster);
-        if (rasterInk > 0 && d.pixels <= kDifferingShare * engine.width() * engine.height() &&
-            qAbs(engineInk - rasterInk) <= kInkShare * rasterInk)
-            return ::testing::AssertionSuccess();
-        return ::testing::AssertionFailure()
-               << d.pixels << " pixels differ (worst " << d.worst << " at " << d.worstAt.x() << ","
-               << d.worstAt.y() << "), ink " << engineInk << " against " << rasterInk;
+        return PaintComparison::textAgrees(engine, raster);
     }
 
     GLTestContext mGL{QSize(200, 80)};

@@ -7,6 +7,7 @@
 #include <RenderState.h>
 
 #include <QPainter>
+#include <ScopedConfigOverride.h>
 #include <cstdlib>
 
 PaintComparison::PaintComparison(GLTestContext& gl, QRgb background) : mGL(gl), mBackground(background) {}
@@ -15,7 +16,7 @@ QImage PaintComparison::engine(const Painting& paint) const
 {
     mGL.clear(qRed(mBackground) / 255.f, qGreen(mBackground) / 255.f, qBlue(mBackground) / 255.f,
               qAlpha(mBackground) / 255.f);
-    gfx::GraphicsPaintDevice device(mGL.size());
+    gfx::GraphicsPaintDevice device(mGL.size(), QRegion(), mOptions);
     {
         QPainter painter(&device);
         paint(painter);
@@ -24,6 +25,12 @@ QImage PaintComparison::engine(const Painting& paint) const
     list->optimize();
     list->render(gfx::RenderState(mGL.size()));
     return mGL.image().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+QImage PaintComparison::unoptimized(const Painting& paint) const
+{
+    const ScopedConfigOverride off(QStringLiteral("gfx/optimize_display_lists"), false);
+    return engine(paint);
 }
 
 QImage PaintComparison::raster(const Painting& paint) const
@@ -68,4 +75,32 @@ PaintComparison::Difference PaintComparison::difference(const QImage& a, const Q
         }
     }
     return result;
+}
+
+namespace {
+constexpr int kGlyphTolerance = 64;
+constexpr double kDifferingShare = 0.015;
+constexpr double kInkShare = 0.02;
+
+qint64 ink(const QImage& image)
+{
+    qint64 sum = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            sum += 255 - qGray(image.pixel(x, y));
+    return sum;
+}
+} // namespace
+
+::testing::AssertionResult PaintComparison::textAgrees(const QImage& engine, const QImage& raster)
+{
+    const Difference d = difference(engine, raster, kGlyphTolerance);
+    const qint64 engineInk = ink(engine);
+    const qint64 rasterInk = ink(raster);
+    if (rasterInk > 0 && d.pixels <= kDifferingShare * engine.width() * engine.height() &&
+        qAbs(engineInk - rasterInk) <= kInkShare * rasterInk)
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure()
+           << d.pixels << " pixels differ (worst " << d.worst << " at " << d.worstAt.x() << ","
+           << d.worstAt.y() << "), ink " << engineInk << " against " << rasterInk;
 }

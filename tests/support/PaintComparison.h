@@ -1,5 +1,6 @@
 #pragma once
 
+#include <GraphicsPaintEngine.h>
 #include <QImage>
 #include <QRgb>
 #include <functional>
@@ -27,14 +28,31 @@ public:
 
     PaintComparison(GLTestContext& gl, QRgb background);
 
+    // Options of the engine's paint device (substitution is off by default).
+    void setEngineOptions(gfx::GraphicsPaintEngine::OptionFlags options) { mOptions = options; }
+
     QImage engine(const Painting& paint) const;
+    // The engine's picture with the display-list optimiser switched off.
+    QImage unoptimized(const Painting& paint) const;
+
+    // What the optimiser may change: a channel by one step. A substituted texture
+    // is composited over its fill in the shader where blending rounds in the
+    // framebuffer's steps, and a stretched texture cut into pieces has its
+    // coordinates interpolated with other float rounding.
+    static constexpr int kOptimizerTolerance = 1;
     QImage raster(const Painting& paint) const;
     Difference compare(const Painting& paint, int tolerance) const;
     // Success when no more than `allowedPixels` differ by more than `tolerance`.
     ::testing::AssertionResult matches(const Painting& paint, int tolerance, int allowedPixels) const;
     static Difference difference(const QImage& a, const QImage& b, int tolerance);
+    // Pictures with text: both engines rasterise glyphs with FreeType but hint a
+    // little differently, so a stem may move by part of a pixel. They agree when no
+    // more than 1.5% of the pixels differ by more than a quarter of the range and
+    // the ink (the sum of darkness) is within 2%.
+    static ::testing::AssertionResult textAgrees(const QImage& engine, const QImage& raster);
 
 private:
     GLTestContext& mGL;
     QRgb mBackground;
+    gfx::GraphicsPaintEngine::OptionFlags mOptions;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QRect>
+#include <QSize>
 #include <QString>
 #include <ostream>
 
@@ -7,4 +9,25 @@
 inline void PrintTo(const QString& text, std::ostream* os)
 {
     *os << '"' << text.toStdString() << '"';
+}
+
+// Sizes, points and rectangles as their numbers.
+inline void PrintTo(const QSizeF& size, std::ostream* os)
+{
+    *os << size.width() << "x" << size.height();
+}
+
+inline void PrintTo(const QSize& size, std::ostream* os)
+{
+    *os << size.width() << "x" << size.height();
+}
+
+inline void PrintTo(const QPoint& point, std::ostream* os)
+{
+    *os << point.x() << "," << point.y();
+}
+
+inline void PrintTo(const QRect& rect, std::ostream* os)
+{
+    *os << rect.x() << "," << rect.y() << " " << rect.width() << "x" << rect.height();
 }

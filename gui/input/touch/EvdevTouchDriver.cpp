@@ -189,11 +189,23 @@ void EvdevTouchDriver::report()
     }
 }
 
+namespace {
+
+// Controllers report a little beyond their calibrated range at the edges of the
+// glass; such positions belong to the screen's edge. Clamping also keeps the
+// arithmetic within 64 bits whatever range the device claims.
+int scaled(int value, int min, int max, int extent)
+{
+    const qint64 offset = qint64(qBound(min, value, max)) - min;
+    return int(offset * extent / (qint64(max) - min + 1));
+}
+
+} // namespace
+
 QPoint EvdevTouchDriver::toScreen(int x, int y) const
 {
     const QSize screen = size();
     if (mMaxX <= mMinX || mMaxY <= mMinY || screen.isEmpty())
         return QPoint(x, y);
-    return QPoint(int(qint64(x - mMinX) * screen.width() / (mMaxX - mMinX + 1)),
-                  int(qint64(y - mMinY) * screen.height() / (mMaxY - mMinY + 1)));
+    return QPoint(scaled(x, mMinX, mMaxX, screen.width()), scaled(y, mMinY, mMaxY, screen.height()));
 }
