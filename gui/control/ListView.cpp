@@ -263,14 +263,11 @@ void ListView::renumberRows(int first, int count)
 void ListView::resized()
 {
     ScrollableView::resized();
-    if (mRows->width() == width())
-        return;
-    mRows->resizeTo(width(), mHeights.total());
-    // Measured rows may wrap differently at the new width.
-    if (mDelegate && mDelegate->fixedRowHeight() <= 0) {
+    // Measured rows may wrap differently at a new width.
+    if (mRows->width() != width() && mDelegate && mDelegate->fixedRowHeight() <= 0) {
         for (auto it = mBound.cbegin(); it != mBound.cend(); ++it) {
             if (mDelegate->rowHeight(it.key()) <= 0)
-                mHeights.setHeight(it.key(), int(std::ceil(it.value()->naturalSize(width()).height())));
+                mHeights.setHeight(it.key(), measure(it.value()));
         }
     }
     layoutRows();
@@ -424,7 +421,12 @@ void ListView::bind(DisplayView* view, int row)
 {
     mDelegate->bindRow(view, row);
     if (mDelegate->fixedRowHeight() <= 0 && mDelegate->rowHeight(row) <= 0)
-        mHeights.setHeight(row, int(std::ceil(view->naturalSize(width()).height())));
+        mHeights.setHeight(row, measure(view));
+}
+
+int ListView::measure(DisplayView* view) const
+{
+    return int(std::ceil(view->naturalSize(width()).height()));
 }
 
 void ListView::retire(DisplayView* view, int row)

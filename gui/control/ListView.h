@@ -110,6 +110,7 @@ private:
     int pinnedTop(int header, int scrollY) const;
     DisplayView* obtainView(int kind, QList<QPair<DisplayView*, int>>& leaving);
     void bind(DisplayView* view, int row);
+    int measure(DisplayView* view) const;
     void retire(DisplayView* view, int row);
     void dropAllViews();
     void unbindAll();

@@ -119,7 +119,7 @@ struct ListViewTest : FingerFixture
             ASSERT_EQ(view->height(), list->rowHeight(row));
         }
         const int top = std::max(0, scrollY()),
-                  bottom = std::min(scrollY() + 300, list->rowTop(model.count()));
+                  bottom = std::min(scrollY() + list->height(), list->rowTop(model.count()));
         for (int y = top; y < bottom; y += 10)
             ASSERT_TRUE(rows.contains(list->rowAt(QPoint(0, y - scrollY())))) << "y " << y;
     }
@@ -143,6 +143,18 @@ TEST_F(ListViewTest, AHundredThousandRowsScrollEndToEndOnAFewViews)
     EXPECT_EQ(scrollY(), 5999700);
     EXPECT_TRUE(list->boundRows().contains(99999));
     EXPECT_EQ(list->createdViewCount(), delegate.created);
+}
+
+TEST_F(ListViewTest, ResizingTheListBindsTheRowsNowInView)
+{
+    list->scroll(QPointF(0, 3000), 0);
+    list->resizeTo(300, 900);
+    expectRowsInPlace();
+    EXPECT_EQ(rowView(60)->width(), 300);
+    EXPECT_EQ(list->boundRows().last(), (3000 + 900 + 900 / 4 - 1) / 60);
+    list->resizeTo(300, 120);
+    expectRowsInPlace();
+    EXPECT_EQ(list->boundRows().size(), 4); // 2970 to 3150
 }
 
 TEST_F(ListViewTest, AFastFlingBindsEveryRowItsOwnItem)

@@ -1,4 +1,5 @@
 #include "control/ScrollableView.h"
+#include "control/ControlBase.h"
 #include "control/ScrollBar.h"
 #include "support/FingerFixture.h"
 #include "support/TouchRecorderView.h"
@@ -322,5 +323,29 @@ TEST_F(ScrollableViewTest, ACarouselHandsVerticalDragsToItsList)
 
     swipe(QPoint(300, 220), QPoint(-40, -5), 3);
     EXPECT_EQ(carousel->contentOffset().x(), 120);
+    EXPECT_EQ(offset(), 0);
+}
+
+// A control inside the content keeps taps, but a drag that starts on it scrolls.
+TEST_F(ScrollableViewTest, ADragThatStartsOnAControlScrollsAndLetsTheControlGo)
+{
+    auto* control = new ControlBase(content);
+    control->moveTo(100, 100);
+    control->resizeTo(200, 80);
+    QSignalSpy canceled(control, SIGNAL(cancelTouched(ControlBase*)));
+    QSignalSpy tapped(control, SIGNAL(tapped(ControlBase*)));
+    press(QPoint(300, 200));
+    EXPECT_TRUE(control->isPressed());
+    move(QPoint(0, -40), 2);
+    EXPECT_EQ(offset(), 80);
+    EXPECT_FALSE(control->isPressed());
+    EXPECT_EQ(canceled.count(), 1);
+    lift();
+    frames(200);
+
+    scroller->scrollToStart();
+    press(QPoint(300, 200));
+    lift();
+    EXPECT_EQ(tapped.count(), 1);
     EXPECT_EQ(offset(), 0);
 }
