@@ -7,6 +7,7 @@
 #include "Graphics.h"
 #include "Logger.h"
 #include "PopupView.h"
+#include "SingleShotTimer.h"
 #include "TouchOwnership.h"
 #include "ViewBufferManager.h"
 #include "input/touch/TouchDevice.h"
@@ -359,6 +360,7 @@ void DisplayDevice::startFrame()
     if (mTouchOwnership)
         mTouchOwnership->processEvents();
     updateAnimations();
+    SingleShotTimer::fireExpired();
     checkKeyFocus();
     sVisitedCount = 0;
     sPlaceCount = 0;

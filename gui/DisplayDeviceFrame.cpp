@@ -159,7 +159,8 @@ QMatrix4x4 DisplayDevice::screenMatrix(DisplayView* view) const
     QMatrix4x4 matrix;
     for (; view && view != this; view = view->mParentView) {
         QMatrix4x4 step;
-        step.translate(float(int(view->mX)), float(int(view->mY)));
+        const QPoint at = view->positionInParent();
+        step.translate(float(at.x()), float(at.y()));
         step *= *view->mLayerTransform;
         matrix = step * matrix;
     }

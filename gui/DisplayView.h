@@ -250,6 +250,11 @@ public:
     QSize size() const { return QSize(mWidth, mHeight); }
     QPoint center() const { return rect().center(); }
     QRect relativePositionRect(DisplayView* ancestor) const;
+    // How far the children are scrolled: a child at (x, y) appears at (x, y) minus this
+    // offset. Scrolling containers move it; for any other view it is (0, 0).
+    QPoint contentOffset() const;
+    // Where the view appears in its parent: its position less the parent's content offset.
+    QPoint positionInParent() const;
     QRect drawingRect() const;
     QRect drawingAreaRect() const;
     QRect drawingLayerRect() const;
@@ -322,6 +327,9 @@ public:
 
     // Behaviour flags.
     void setTouchBehavior(TouchBehavior behavior, bool on);
+    // A view that takes a gesture gets it itself. A view that requires drags (a
+    // scrolling container) also gets the drags that start on descendants that neither
+    // take drags nor name a drag delegate.
     void setTouchGesture(TouchGesture gesture, bool on);
     void setRequiredTouchGesture(TouchGesture gesture, bool on);
     void setIgnoreDragGestures(bool horizontal, bool vertical);
@@ -497,6 +505,8 @@ protected:
     void applyBrightness(float brightness);
     void applyScale(double scale);
     void applyAngle(double angle);
+    // Moves the children's origin; placing them and repainting are the caller's part.
+    void setContentOffset(const QPoint& offset);
 
 private:
     friend class DisplayViewList;

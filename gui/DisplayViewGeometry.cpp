@@ -458,10 +458,27 @@ void DisplayView::applyAutoResize()
 
 QRect DisplayView::relativePositionRect(DisplayView* ancestor) const
 {
-    QRect result = rect();
+    QRect result(positionInParent(), size());
     for (DisplayView* view = mParentView; view && view != ancestor; view = view->mParentView)
         result = view->mapRectToParent(result);
     return result;
+}
+
+QPoint DisplayView::contentOffset() const
+{
+    return ext().mContentOffset;
+}
+
+void DisplayView::setContentOffset(const QPoint& offset)
+{
+    if (offset != ext().mContentOffset)
+        extras().mContentOffset = offset;
+}
+
+QPoint DisplayView::positionInParent() const
+{
+    const QPoint at = position();
+    return mParentView ? at - mParentView->contentOffset() : at;
 }
 
 QRect DisplayView::drawingRect() const

@@ -400,14 +400,12 @@ void TouchDevice::handleGesture(int id, DisplayView* view, DisplayView::TouchGes
         break;
     case DisplayView::DragGesture: {
         const QPoint step = info.currentPoint - info.previousPoint;
-        // A view that does not take drags itself hands the finger to its delegate
-        // (a button inside a list lets the list scroll).
-        DisplayView* delegate = view->dragGestureDelegate(id);
-        if (delegate && delegate != view && !view->hasTouchGesture(DisplayView::DragGesture)) {
-            transferTouch(id, delegate);
-            if (info.view != delegate)
+        DisplayView* taker = dragTaker(id, view);
+        if (taker != view) {
+            transferTouch(id, taker);
+            if (info.view != taker)
                 return;
-            view = delegate;
+            view = taker;
         }
         view->dragged(id, QSize(step.x(), step.y()));
         break;
@@ -438,6 +436,26 @@ void TouchDevice::handleGesture(int id, DisplayView* view, DisplayView::TouchGes
         break;
     }
     }
+}
+
+// A view that does not take drags itself hands the finger on: to its delegate, or
+// when it names none, to the nearest ancestor that requires drags (a button inside a
+// list lets the list scroll). The delegate may hand on again, as a carousel inside a
+// list hands vertical drags to the list.
+DisplayView* TouchDevice::dragTaker(int id, DisplayView* view)
+{
+    for (int hops = 0; hops < kMaxDragHandOvers && !view->hasTouchGesture(DisplayView::DragGesture); ++hops) {
+        DisplayView* next = view->dragGestureDelegate(id);
+        if (!next && !view->requiresTouchGesture(DisplayView::DragGesture)) {
+            next = view->parentView();
+            while (next && !next->requiresTouchGesture(DisplayView::DragGesture))
+                next = next->parentView();
+        }
+        if (!next || next == view)
+            break;
+        view = next;
+    }
+    return view;
 }
 
 void TouchDevice::deliverTap(int id, DisplayView* view, QPoint point)
