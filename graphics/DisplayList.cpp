@@ -10,6 +10,8 @@
 
 namespace gfx {
 
+ConfigBoolValue OptimizeDisplayLists("gfx/optimize_display_lists", true);
+
 DisplayList::DisplayList() = default;
 
 DisplayList::DisplayList(QVector<RenderItem*>& items, bool allowSubstitution)
@@ -21,13 +23,16 @@ DisplayList::DisplayList(QVector<RenderItem*>& items, bool allowSubstitution)
 DisplayList::~DisplayList()
 {
     qDeleteAll(mItems);
+    qDeleteAll(mHidden);
 }
 
 void DisplayList::optimize()
 {
     if (mOptimized)
         return;
-    const QRegion covered = gfx::optimize(mItems, mAllowSubstitution);
+    QRegion covered;
+    if (OptimizeDisplayLists.value())
+        covered = gfx::optimize(mItems, mAllowSubstitution, &mHidden);
     generateGeometry(covered);
     mOptimized = true;
 }
@@ -43,14 +48,16 @@ void DisplayList::generateGeometry(const QRegion& covered)
 {
     mCovered = covered;
     VertexBuffer* buffer = initOrGetVertexBuffer();
-    for (RenderItem*& item : mItems) {
-        if (!item || item->type != RenderItem::kGeometry)
-            continue;
-        auto* geometryItem = static_cast<GeometryRenderItem*>(item);
-        DisplayListSliceBuilder builder(buffer);
-        for (Geometry* g = geometryItem->mGeometry; g; g = g->next())
-            builder.add(g);
-        item = builder.finish(geometryItem);
+    DisplayListSliceBuilder builder(buffer);
+    for (QVector<RenderItem*>* items : {&mItems, &mHidden}) {
+        for (RenderItem*& item : *items) {
+            if (!item || item->type != RenderItem::kGeometry)
+                continue;
+            auto* geometryItem = static_cast<GeometryRenderItem*>(item);
+            for (Geometry* g = geometryItem->mGeometry; g; g = g->next())
+                builder.add(g);
+            item = builder.finish(geometryItem);
+        }
     }
 }
 

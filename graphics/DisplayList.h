@@ -1,11 +1,16 @@
 #pragma once
 
+#include <ConfigValue.h>
 #include <QRegion>
 #include <QSharedData>
 #include <QVector>
 #include <memory>
 
 namespace gfx {
+
+// "gfx/optimize_display_lists": off, lists are drawn as built (no hidden-surface
+// removal, merging or substitution), to tell an optimiser fault from a drawing one.
+extern ConfigBoolValue OptimizeDisplayLists;
 
 class RenderItem;
 class VertexBuffer;
@@ -32,6 +37,9 @@ public:
     VertexBuffer* initOrGetVertexBuffer();
 
     const QVector<RenderItem*>& items() const { return mItems; }
+    // Items that the optimiser found wholly hidden, at their places in items()
+    // (empty elsewhere); drawn only when the list is drawn with an opacity below 1.
+    const QVector<RenderItem*>& hiddenItems() const { return mHidden; }
     bool isOptimized() const { return mOptimized; }
     bool allowsSubstitution() const { return mAllowSubstitution; }
     // The area that opaque items cover, known once optimised.
@@ -39,6 +47,7 @@ public:
 
 private:
     QVector<RenderItem*> mItems;
+    QVector<RenderItem*> mHidden;
     bool mOptimized = false;
     bool mAllowSubstitution = false;
     std::unique_ptr<VertexBuffer> mVertexBuffer;

@@ -20,6 +20,8 @@ public:
 private:
     VertexBuffer* mBuffer;
     QVector<DisplayListSliceRenderItem::Range> mRanges;
+    QVector<DisplayListSliceRenderItem::Range> mTranslucentRanges;
+    bool mCut = false;
 };
 
 } // namespace gfx

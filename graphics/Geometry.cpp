@@ -63,8 +63,13 @@ void Geometry::setUploaded(int firstVertex, int vertexCount)
 
 void Geometry::setHolesRegion(const QRegion& covered)
 {
-    if (covered.isEmpty())
+    if (covered.isEmpty() || !covered.intersects(mRect))
         return;
+    auto before = std::make_unique<Area>();
+    before->region = mRegion;
+    before->fractionalRects = mFractionalRects;
+    if (mShape)
+        before->shape = std::make_unique<Shape>(*mShape);
     mRegion -= covered;
     QVector<QRectF> kept;
     for (const QRectF& r : qAsConst(mFractionalRects)) {
@@ -74,6 +79,11 @@ void Geometry::setHolesRegion(const QRegion& covered)
     mFractionalRects = kept;
     if (mShape)
         mShape->removeHidden(covered);
+    const bool changed = mRegion != before->region ||
+                         mFractionalRects.size() != before->fractionalRects.size() ||
+                         (mShape && mShape->polygons().size() != before->shape->polygons().size());
+    if (changed && !mUncut)
+        mUncut = std::move(before);
 }
 
 bool Geometry::hasNoArea() const
@@ -102,29 +112,39 @@ void Geometry::appendRect(QVector<Vertex>& out, const QRectF& r) const
     }
 }
 
-QVector<Vertex> Geometry::triangulate() const
+void Geometry::appendArea(QVector<Vertex>& out, const QRegion& region, const QVector<QRectF>& fractionalRects,
+                          const Shape* shape) const
+{
+    out.reserve(out.size() + (region.rectCount() + fractionalRects.size()) * 6);
+    for (const QRect& r : region)
+        appendRect(out, QRectF(r));
+    for (const QRectF& r : fractionalRects)
+        appendRect(out, r);
+    if (!shape)
+        return;
+    for (const QPolygonF& polygon : shape->polygons()) {
+        // Convex: a fan from the first corner.
+        for (int i = 1; i + 1 < polygon.size(); ++i) {
+            for (const QPointF& p : {polygon[0], polygon[i], polygon[i + 1]}) {
+                const QPointF tex = isTextured() ? shape->texCoordAt(p) : QPointF();
+                out.append({float(p.x()), float(p.y()), float(tex.x()), float(tex.y())});
+            }
+        }
+    }
+}
+
+QVector<Vertex> Geometry::triangulate(bool uncut) const
 {
     QVector<Vertex> out;
     switch (mMode) {
     case kColorRects:
     case kTextureRects:
-        out.reserve((mRegion.rectCount() + mFractionalRects.size()) * 6);
-        for (const QRect& r : mRegion)
-            appendRect(out, QRectF(r));
-        for (const QRectF& r : mFractionalRects)
-            appendRect(out, r);
-        break;
     case kColorShape:
     case kTextureShape:
-        for (const QPolygonF& polygon : mShape->polygons()) {
-            // Convex: a fan from the first corner.
-            for (int i = 1; i + 1 < polygon.size(); ++i) {
-                for (const QPointF& p : {polygon[0], polygon[i], polygon[i + 1]}) {
-                    const QPointF tex = isTextured() ? texCoordAt(p) : QPointF();
-                    out.append({float(p.x()), float(p.y()), float(tex.x()), float(tex.y())});
-                }
-            }
-        }
+        if (uncut && mUncut)
+            appendArea(out, mUncut->region, mUncut->fractionalRects, mUncut->shape.get());
+        else
+            appendArea(out, mRegion, mFractionalRects, mShape.get());
         break;
     case kIndexedTriangles:
         out.reserve(mIndices.size());

@@ -77,14 +77,17 @@ public:
     bool hasIndexList() const { return !mIndices.isEmpty(); }
 
     // Drops what `covered` hides (whole pixels of the region, whole fractional
-    // rectangles and whole polygons).
+    // rectangles and whole polygons). What was there before stays known: a list
+    // drawn translucently shows what lies beneath its opaque items.
     void setHolesRegion(const QRegion& covered);
+    // Whether setHolesRegion took anything away.
+    bool isCut() const { return mUncut != nullptr; }
     // Whether no rectangle or polygon area is left (vertex lists are not looked at).
     bool hasNoArea() const;
 
     // The vertices to draw as primitive(): rectangles and polygons become triangles,
-    // index lists are expanded.
-    QVector<Vertex> triangulate() const;
+    // index lists are expanded. `uncut`: as before setHolesRegion.
+    QVector<Vertex> triangulate(bool uncut = false) const;
     GLenum primitive() const;
 
     Geometry* next() const { return mNext; }
@@ -99,7 +102,16 @@ public:
     int vertexCount() const { return mVertexCount; }
 
 private:
+    struct Area
+    {
+        QRegion region;
+        QVector<QRectF> fractionalRects;
+        std::unique_ptr<Shape> shape;
+    };
+
     void appendRect(QVector<Vertex>& out, const QRectF& r) const;
+    void appendArea(QVector<Vertex>& out, const QRegion& region, const QVector<QRectF>& fractionalRects,
+                    const Shape* shape) const;
     QPointF texCoordAt(const QPointF& p) const;
 
     Mode mMode;
@@ -109,6 +121,7 @@ private:
     QRectF mTextureTarget;
     TexCoordInsets mInsets;
     std::unique_ptr<Shape> mShape;
+    std::unique_ptr<Area> mUncut;
     QVector<Vertex> mVertices;
     QVector<quint16> mIndices;
     Geometry* mNext = nullptr;

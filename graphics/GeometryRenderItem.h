@@ -25,6 +25,8 @@ public:
 
     Geometry* mGeometry;
     quint32 mergeCount = 0;
+    // The usage that substitution replaced, for drawing under an opacity below 1.
+    std::unique_ptr<ShaderUsage> translucentUsage;
 
 private:
     QRect mLocalOpaque;

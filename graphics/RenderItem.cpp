@@ -15,16 +15,38 @@ bool keepsRectangles(const QMatrix4x4& m)
 }
 } // namespace
 
+QRect RenderItem::mappedBounds(const QMatrix4x4& matrix, const QRect& rect)
+{
+    if (rect.isNull())
+        return QRect();
+    return matrix.mapRect(QRectF(rect)).toAlignedRect();
+}
+
+QRect RenderItem::mappedInterior(const QMatrix4x4& matrix, const QRect& rect)
+{
+    if (rect.isEmpty())
+        return QRect();
+    // A pixel is drawn when its centre is covered: one whose area misses only a
+    // sliver, within rounding of the matrix, is still wholly covered.
+    constexpr double kSliver = 1.0 / 64;
+    const QRectF mapped = matrix.mapRect(QRectF(rect));
+    const QPoint topLeft(int(std::ceil(mapped.left() - kSliver)), int(std::ceil(mapped.top() - kSliver)));
+    const QPoint bottomRight(int(std::floor(mapped.right() + kSliver)),
+                             int(std::floor(mapped.bottom() + kSliver)));
+    const QRect interior(topLeft, bottomRight - QPoint(1, 1));
+    return interior.isEmpty() ? QRect() : interior;
+}
+
 void RenderItem::computeRects(const QRect& local, const QRect& opaqueArea)
 {
     localBounds = local;
     const bool identity = !shaderUsage || shaderUsage->isIdentity();
     const QMatrix4x4 matrix = identity ? QMatrix4x4() : shaderUsage->matrix();
-    bounds = identity ? local : matrix.mapRect(local);
+    bounds = identity ? local : mappedBounds(matrix, local);
     if (identity)
         opaqueRect = opaqueArea;
     else if (keepsRectangles(matrix))
-        opaqueRect = opaqueArea.isNull() ? QRect() : matrix.mapRect(opaqueArea);
+        opaqueRect = mappedInterior(matrix, opaqueArea);
     else
         opaqueRect = QRect();
 }

@@ -30,6 +30,12 @@ public:
     // matrix, `opaqueRect` only where the matrix keeps rectangles rectangular.
     void computeRects(const QRect& local, const QRect& opaqueArea);
 
+    // `rect` through `matrix`, widened to every pixel that it touches.
+    static QRect mappedBounds(const QMatrix4x4& matrix, const QRect& rect);
+    // `rect` through `matrix` (which keeps rectangles rectangular), narrowed to
+    // the pixels that lie wholly inside it.
+    static QRect mappedInterior(const QMatrix4x4& matrix, const QRect& rect);
+
     std::unique_ptr<ShaderUsage> shaderUsage;
     QRect opaqueRect;
     QRect bounds;

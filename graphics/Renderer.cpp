@@ -9,6 +9,7 @@
 #include "GLStateManager.h"
 #include "GeometryRenderItem.h"
 #include "RenderState.h"
+#include "ShaderCache.h"
 #include "TextureShaderUsage.h"
 #include "VertexBuffer.h"
 
@@ -30,21 +31,47 @@ bool isPlainRects(const Geometry* g)
     return !g->hasIndexList() && g->mode() < 2;
 }
 
+bool isSourceOver(const ShaderUsage* usage)
+{
+    return usage->blendSource() == GL_ONE && usage->blendDestination() == GL_ONE_MINUS_SRC_ALPHA;
+}
+
+// Whether the usage replaces every pixel of its geometry: it does not blend, and
+// its shader cannot leave a pixel out.
+bool hidesBeneath(const ShaderUsage* usage)
+{
+    return !usage->needsBlending() && !ShaderCache::instance()->discards(usage->customShader());
+}
+
+// The whole pixels that a chain of rectangles fills.
+QRegion filledRegion(const Geometry* head)
+{
+    QRegion region;
+    for (const Geometry* g = head; g; g = g->next())
+        region += g->region();
+    return region;
+}
+
 // The first item below `index` that overlaps it decides: a solid, opaque fill
-// that contains it is folded into its shader.
+// under the whole item is folded into its shader, which then composites the
+// texture over the fill's colour exactly as blending would have.
 void substitute(QVector<RenderItem*>& items, int index)
 {
-    RenderItem* item = items[index];
+    auto* item = static_cast<GeometryRenderItem*>(items[index]);
     for (int j = index - 1; j >= 0; --j) {
         RenderItem* below = items[j];
         if (isSkipped(below) || !below->bounds.intersects(item->bounds))
             continue;
-        if (below->bounds.contains(item->bounds) && below->type == RenderItem::kGeometry &&
-            isPlainRects(static_cast<GeometryRenderItem*>(below)->mGeometry)) {
-            const auto* fill = dynamic_cast<const ColorShaderUsage*>(below->shaderUsage.get());
-            if (fill && !fill->needsBlending())
-                item->shaderUsage.reset(TextureShaderUsage::opacify(item->shaderUsage.get(), fill->color()));
-        }
+        if (below->type != RenderItem::kGeometry)
+            return;
+        const Geometry* fill = static_cast<GeometryRenderItem*>(below)->mGeometry;
+        const auto* usage = dynamic_cast<const ColorShaderUsage*>(below->shaderUsage.get());
+        if (!usage || usage->needsBlending() || !usage->customShader().isNull() || !usage->isIdentity() ||
+            !isPlainRects(fill) || !QRegion(item->bounds).subtracted(filledRegion(fill)).isEmpty())
+            return;
+        ShaderUsage* opacified = TextureShaderUsage::opacify(item->shaderUsage.get(), usage->color());
+        item->translucentUsage = std::move(item->shaderUsage);
+        item->shaderUsage.reset(opacified);
         return;
     }
 }
@@ -53,7 +80,8 @@ bool wantsSubstitution(const GeometryRenderItem* item)
 {
     const ShaderUsage* usage = item->shaderUsage.get();
     return dynamic_cast<const TextureShaderUsage*>(usage) && usage->needsBlending() &&
-           usage->opacity() >= 1.0f && isPlainRects(item->mGeometry) &&
+           usage->opacity() >= 1.0f && usage->customShader().isNull() && isSourceOver(usage) &&
+           isPlainRects(item->mGeometry) &&
            item->bounds.width() * item->bounds.height() >= kMinSubstitutionArea;
 }
 
@@ -69,11 +97,14 @@ bool isCullable(const Geometry* head)
     return true;
 }
 
-void mergeUpwards(QVector<RenderItem*>& items, int index)
+void mergeUpwards(QVector<RenderItem*>& items, int index, const QVector<RenderItem*>* hidden)
 {
     auto* item = static_cast<GeometryRenderItem*>(items[index]);
     for (int k = index + 1; k < items.size(); ++k) {
         RenderItem* later = items[k];
+        // A hidden item still draws under an opacity below 1: moving past it would show.
+        if (hidden && (*hidden)[k] && (*hidden)[k]->bounds.intersects(item->bounds))
+            return;
         if (isSkipped(later))
             continue;
         if (!later->shaderUsage || !later->shaderUsage->equals(item->shaderUsage.get())) {
@@ -124,15 +155,17 @@ void renderNested(const RenderState& state, DisplayListRenderItem* item, const Q
 }
 } // namespace
 
-QRegion optimize(QVector<RenderItem*>& items, bool allowSubstitution)
+QRegion optimize(QVector<RenderItem*>& items, bool allowSubstitution, QVector<RenderItem*>* hidden)
 {
+    if (hidden)
+        hidden->fill(nullptr, items.size());
     QRegion covered;
     for (int i = items.size() - 1; i >= 0; --i) {
         RenderItem* item = items[i];
         if (isSkipped(item))
             continue;
         if (item->type != RenderItem::kGeometry) {
-            if (!item->shaderUsage || !item->shaderUsage->needsBlending())
+            if (!item->shaderUsage || hidesBeneath(item->shaderUsage.get()))
                 covered |= item->opaqueRect & item->bounds;
             continue;
         }
@@ -149,14 +182,17 @@ QRegion optimize(QVector<RenderItem*>& items, bool allowSubstitution)
         if (usage->isIdentity())
             for (Geometry* g = geometry; g; g = g->next())
                 g->setHolesRegion(covered);
-        if (!usage->needsBlending() && isPlainRects(geometry))
+        if (hidesBeneath(usage) && isPlainRects(geometry))
             covered |= item->opaqueRect;
         if (isCullable(geometry)) {
-            delete item;
+            if (hidden)
+                (*hidden)[i] = item;
+            else
+                delete item;
             items[i] = nullptr;
             continue;
         }
-        mergeUpwards(items, i);
+        mergeUpwards(items, i, hidden);
     }
     return covered;
 }
@@ -165,10 +201,14 @@ void render(const RenderState& state, DisplayList* list)
 {
     GLStateManager* gl = GLStateManager::instance();
     const bool identity = state.matrix.isIdentity();
-    for (RenderItem* item : list->items()) {
+    const QVector<RenderItem*>& items = list->items();
+    const QVector<RenderItem*>& hidden = list->hiddenItems();
+    const bool translucent = state.opacity < 1.0f && !hidden.isEmpty();
+    for (int i = 0; i < items.size(); ++i) {
+        RenderItem* item = items[i] || !translucent ? items[i] : hidden.value(i);
         if (!item)
             continue;
-        const QRect screen = identity ? item->bounds : state.matrix.mapRect(item->bounds);
+        const QRect screen = identity ? item->bounds : RenderItem::mappedBounds(state.matrix, item->bounds);
         const QRect clipped = screen & state.clipRect;
         if (clipped.isEmpty())
             continue;
@@ -218,13 +258,15 @@ void render(const RenderState& state, GeometryRenderItem* item, DisplayList* lis
 
 void render(const RenderState& state, DisplayListSliceRenderItem* item)
 {
-    ShaderUsage* usage = item->shaderUsage.get();
-    if (!usage || !usage->bind(state))
+    const bool translucent = state.opacity < 1.0f;
+    const QVector<DisplayListSliceRenderItem::Range>& ranges = item->rangesFor(translucent);
+    ShaderUsage* usage = item->usageFor(translucent);
+    if (ranges.isEmpty() || !usage || !usage->bind(state))
         return;
     setBlending(GLStateManager::instance(), usage, state);
     item->buffer->bind();
     GLFunctions* f = GLFunctions::current();
-    for (const DisplayListSliceRenderItem::Range& range : qAsConst(item->ranges))
+    for (const DisplayListSliceRenderItem::Range& range : ranges)
         f->glDrawArrays(range.primitive, range.first, range.count);
 }
 

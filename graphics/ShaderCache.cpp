@@ -94,6 +94,11 @@ CustomShaderKey ShaderCache::registerCustomShader(const QByteArray& fragmentSour
     return CustomShaderKey(id);
 }
 
+bool ShaderCache::discards(const CustomShaderKey& key) const
+{
+    return !key.isNull() && mCustomSources.value(key.id()).contains("discard");
+}
+
 void ShaderCache::releaseAll()
 {
     for (ShaderProgram* program : qAsConst(mPrograms))

@@ -36,6 +36,8 @@ public:
     // A fragment shader that sees the builtin uniforms it declares (uMatrix in the
     // vertex stage; uTexture, uTexture1, uColor, uOpacity, uMix) and vTexCoord.
     CustomShaderKey registerCustomShader(const QByteArray& fragmentSource);
+    // Whether the custom shader may leave pixels undrawn ("discard").
+    bool discards(const CustomShaderKey& key) const;
 
     int compiledCount() const { return mPrograms.size(); }
     // Deletes every program; the context must be current (before it goes away).

@@ -7,6 +7,7 @@
 #include <RenderState.h>
 
 #include <QPainter>
+#include <ScopedConfigOverride.h>
 #include <cstdlib>
 
 PaintComparison::PaintComparison(GLTestContext& gl, QRgb background) : mGL(gl), mBackground(background) {}
@@ -15,7 +16,7 @@ QImage PaintComparison::engine(const Painting& paint) const
 {
     mGL.clear(qRed(mBackground) / 255.f, qGreen(mBackground) / 255.f, qBlue(mBackground) / 255.f,
               qAlpha(mBackground) / 255.f);
-    gfx::GraphicsPaintDevice device(mGL.size());
+    gfx::GraphicsPaintDevice device(mGL.size(), QRegion(), mOptions);
     {
         QPainter painter(&device);
         paint(painter);
@@ -24,6 +25,12 @@ QImage PaintComparison::engine(const Painting& paint) const
     list->optimize();
     list->render(gfx::RenderState(mGL.size()));
     return mGL.image().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+QImage PaintComparison::unoptimized(const Painting& paint) const
+{
+    const ScopedConfigOverride off(QStringLiteral("gfx/optimize_display_lists"), false);
+    return engine(paint);
 }
 
 QImage PaintComparison::raster(const Painting& paint) const

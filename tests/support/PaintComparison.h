@@ -1,5 +1,6 @@
 #pragma once
 
+#include <GraphicsPaintEngine.h>
 #include <QImage>
 #include <QRgb>
 #include <functional>
@@ -27,7 +28,18 @@ public:
 
     PaintComparison(GLTestContext& gl, QRgb background);
 
+    // Options of the engine's paint device (substitution is off by default).
+    void setEngineOptions(gfx::GraphicsPaintEngine::OptionFlags options) { mOptions = options; }
+
     QImage engine(const Painting& paint) const;
+    // The engine's picture with the display-list optimiser switched off.
+    QImage unoptimized(const Painting& paint) const;
+
+    // What the optimiser may change: a channel by one step. A substituted texture
+    // is composited over its fill in the shader where blending rounds in the
+    // framebuffer's steps, and a stretched texture cut into pieces has its
+    // coordinates interpolated with other float rounding.
+    static constexpr int kOptimizerTolerance = 1;
     QImage raster(const Painting& paint) const;
     Difference compare(const Painting& paint, int tolerance) const;
     // Success when no more than `allowedPixels` differ by more than `tolerance`.
@@ -42,4 +54,5 @@ public:
 private:
     GLTestContext& mGL;
     QRgb mBackground;
+    gfx::GraphicsPaintEngine::OptionFlags mOptions;
 };
