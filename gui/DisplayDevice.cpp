@@ -13,11 +13,14 @@
 #include "input/touch/TouchDevice.h"
 
 #include <GLFunctions.h>
+#include <GLStateManager.h>
+#include <GlyphCache.h>
 #include <QBitmap>
 #include <QGLFramebufferObject>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QWheelEvent>
+#include <ShaderCache.h>
 #include <TextureCache.h>
 #include <algorithm>
 #include <cmath>
@@ -135,6 +138,19 @@ DisplayDevice::~DisplayDevice()
     mAnimations.clear();
     mDisplays.removeOne(this);
     mLayer.reset();
+    // The last window takes its context's programs and textures with it: the caches
+    // must not hand their names to the contexts of later windows.
+    if (mWidget &&
+        std::none_of(mDisplays.begin(), mDisplays.end(), [](DisplayDevice* d) { return d->mWidget; })) {
+        gfx::ShaderCache::instance()->releaseAll();
+        if (Singleton<gfx::GlyphCache>::exists())
+            gfx::GlyphCache::instance()->releaseTextures();
+        if (Singleton<gfx::TextureCache>::exists()) {
+            gfx::TextureCache::instance()->clear();
+            gfx::TextureCache::instance()->destroyExpiredTextures();
+        }
+        gfx::GLStateManager::instance()->clearToInvalid();
+    }
     delete mWidget;
 }
 
