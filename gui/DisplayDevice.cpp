@@ -8,6 +8,7 @@
 #include "Logger.h"
 #include "PopupView.h"
 #include "SingleShotTimer.h"
+#include "SkinManager.h"
 #include "TouchOwnership.h"
 #include "ViewBufferManager.h"
 #include "input/touch/TouchDevice.h"
@@ -77,6 +78,7 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     mSecondTimer.start();
     mTouchDevice->loadTouchDriver(touchDriver);
     showCursor(useCursor);
+    connect(SkinManager::instance(), SIGNAL(skinChanged()), this, SLOT(skinChanged()));
     mDisplays.append(this);
     if (mWidget) {
         mWidget->makeCurrent();
@@ -472,6 +474,14 @@ void DisplayDevice::dispatchTick1s(DisplayView* view)
 void DisplayDevice::dispatchReskinned(DisplayView* view)
 {
     dispatch(view, &DisplayView::reskinned);
+}
+
+void DisplayDevice::skinChanged()
+{
+    // Every colour may have changed, including those views read at draw time.
+    dispatchReskinned(this);
+    markDirtyRectsForRendering(true, true);
+    reveal();
 }
 
 // Focus

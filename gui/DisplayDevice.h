@@ -175,6 +175,9 @@ public:
 
 public slots:
     void doTick();
+    // The day/night skin changed: views are told (reskinned) and the whole screen
+    // repaints.
+    void skinChanged();
 
 signals:
     void popupWillShow(PopupView* popup);

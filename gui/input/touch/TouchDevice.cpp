@@ -8,6 +8,7 @@
 #include "Logger.h"
 #include "MouseTouchDriver.h"
 #include "PointUtils.h"
+#include "ScriptTouchDriver.h"
 #include "TapAnimationView.h"
 
 #include <QDateTime>
@@ -86,6 +87,15 @@ bool TouchDevice::loadTouchDriver(const QString& name)
         mDriver = std::move(driver);
         return true;
     }
+    if (name.startsWith(QLatin1String("script:"))) {
+        TouchScript script;
+        if (!script.load(name.mid(7))) {
+            Logger::error(QStringLiteral("Touch script: %1").arg(script.error()));
+            return false;
+        }
+        setTouchDriver(std::make_unique<ScriptTouchDriver>(script));
+        return true;
+    }
     Logger::error(QStringLiteral("Unknown touch driver: %1").arg(name));
     DataValue::EventLocker lock(GUI_touchDriverError);
     GUI_touchDriverError.setValue(true);
@@ -115,6 +125,14 @@ void TouchDevice::touchDriverError()
         mDevice->showCursor(true);
 }
 
+void TouchDevice::setTouchDriver(std::unique_ptr<TouchDriver> driver)
+{
+    dropDriver();
+    mDriver = std::move(driver);
+    if (mDriver)
+        mDriver->setSize(mSize);
+}
+
 // Fingers of a driver that goes away would otherwise stay down on their views forever.
 void TouchDevice::dropDriver()
 {
@@ -136,7 +154,11 @@ void TouchDevice::displayStateChanged()
 
 void TouchDevice::processEvents()
 {
-    QVector<TouchEvent> events = mDriver ? mDriver->getEvents() : QVector<TouchEvent>();
+    QVector<TouchEvent> events;
+    if (mDriver) {
+        mDriver->queueDueEvents();
+        events = mDriver->getEvents();
+    }
     events += mMouse->getEvents();
     for (const TouchEvent& event : qAsConst(events))
         dispatch(event);

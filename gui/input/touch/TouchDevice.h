@@ -39,8 +39,12 @@ public:
 
     // "" or "mouse": the mouse only; "evdev" (the device of "ui/touch_device") or
     // "evdev:<path>": a multi-touch controller beside the mouse. False when the
-    // driver cannot run; the mouse keeps working.
+    // driver cannot run; the mouse keeps working. "script:<path>" replays a touch
+    // script file (see TouchScript).
     bool loadTouchDriver(const QString& name);
+    // Replaces the driver beside the mouse (null: the mouse only); fingers of the
+    // old driver are cancelled.
+    void setTouchDriver(std::unique_ptr<TouchDriver> driver);
     TouchDriver* touchDriver() const { return mDriver.get(); }
     MouseTouchDriver* mouseDriver() const { return mMouse.get(); }
     void setSize(const QSize& size);
