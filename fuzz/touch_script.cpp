@@ -19,9 +19,9 @@ void play(const TouchScript& script)
     const QVector<TouchScript::Step>& steps = script.steps();
     QSet<int> down;
     int seen = 0;
-    // A frame at each step's time: everything due then, and nothing later, arrives.
-    while (!driver.isFinished()) {
-        const qint64 now = steps[driver.playedSteps()].timeMs;
+    // The script's clock starts at the first frame, at 0; then a frame comes at each
+    // step's time, when everything due then, and nothing later, must arrive.
+    for (qint64 now = 0;; now = steps[driver.playedSteps()].timeMs) {
         clock.setMs(now);
         driver.queueDueEvents();
         for (const TouchEvent& event : driver.getEvents()) {
@@ -40,6 +40,9 @@ void play(const TouchScript& script)
                 down.remove(step.touch);
         }
         FuzzEnvironment::check(seen == driver.playedSteps(), "every step played is queued");
+        if (driver.isFinished())
+            break;
+        FuzzEnvironment::check(steps[driver.playedSteps()].timeMs > now, "every step due is played");
     }
     FuzzEnvironment::check(seen == steps.size(), "every step is played");
     FuzzEnvironment::check(down.isEmpty(), "every touch is up at the end");
