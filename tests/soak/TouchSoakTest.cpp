@@ -109,6 +109,8 @@ struct TouchSoakTest : FingerFixture
         QObject::connect(list, qOverload<>(&ScrollableView::scrolled), [this] { ++outcomes.scrolls; });
         buildPanel();
     }
+    // The list goes before the model and the delegate it uses.
+    ~TouchSoakTest() override { delete list; }
 
     void buildPanel()
     {

@@ -97,6 +97,8 @@ struct ListViewTest : FingerFixture
         list->setDelegate(&delegate);
         list->setModel(&model);
     }
+    // The list goes before the model and the delegate it uses.
+    ~ListViewTest() override { delete list; }
     int scrollY() const { return list->contentOffset().y(); }
     RowView* rowView(int row) const { return static_cast<RowView*>(list->viewForRow(row)); }
     // Where a row's view appears in the list.
