@@ -408,7 +408,9 @@ bool CssLayout::parentComputedLayout() const
 
 void CssLayout::layout()
 {
-    if (!parentComputedLayout() && hasCssChildren())
+    // A view at the top of its flow is computed even without children, so that a
+    // lone flex view takes its sizes, limits and measured size like any other.
+    if (!parentComputedLayout() && (hasCssChildren() || !isChild()))
         computeLayout();
     const bool fresh = mNode->layout.should_update;
     commitLayout();

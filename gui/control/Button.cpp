@@ -1,6 +1,7 @@
 #include "Button.h"
 
 #include "ControlShapes.h"
+#include "CssLayout.h"
 #include "FontManager.h"
 #include "Label.h"
 #include "Skin.h"
@@ -87,6 +88,8 @@ Button::Button(DisplayView* parent, const char* name) : ControlBase(parent)
 {
     if (name)
         setViewName(QString::fromUtf8(name));
+    // A flex parent binds the button before it is one.
+    layoutImplChanged();
     refreshLook();
 }
 
@@ -121,6 +124,7 @@ Label* Button::titleLabel()
         font.setPixelSize(metricsFor(mType).fontSize);
         mTitle->setFont(font);
         mTitle->applyTextStyle(style());
+        keepTitleOutOfFlow();
         placeTitle();
         refreshLook();
     }
@@ -364,6 +368,22 @@ void Button::placeTitle()
 int Button::typeHeight() const
 {
     return metricsFor(mType).height;
+}
+
+// In a flex layout the button is one measured box: the flow offers it a size from
+// its natural size, and the button places its title itself.
+void Button::layoutImplChanged()
+{
+    ControlBase::layoutImplChanged();
+    if (CssLayout* css = cssLayout())
+        css->setOption(CssLayout::Measure, true);
+    keepTitleOutOfFlow();
+}
+
+void Button::keepTitleOutOfFlow()
+{
+    if (mTitle && usesCssLayout() && mTitle->cssPositionType() != CSS_POSITION_ABSOLUTE)
+        mTitle->setCssPositionType(CSS_POSITION_ABSOLUTE);
 }
 
 void Button::resized()

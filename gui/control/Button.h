@@ -75,6 +75,7 @@ public:
     void tapped(int touch, QPoint point) override;
     void stateChanged() override;
     void resized() override;
+    void layoutImplChanged() override;
     void reskinned() override;
     QVariantMap toVariantMap() override;
 
@@ -88,6 +89,7 @@ private:
     void refreshLook();
     QRect contentRect() const;
     QRect iconRect() const;
+    void keepTitleOutOfFlow();
     void placeTitle();
     int typeHeight() const;
 
