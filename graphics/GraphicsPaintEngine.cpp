@@ -2,6 +2,7 @@
 
 #include "DisplayList.h"
 #include "GlyphRun.h"
+#include "GradientShaderUsage.h"
 #include "LineShaderUsage.h"
 #include "TextureCache.h"
 
@@ -249,7 +250,49 @@ void GraphicsPaintEngine::drawRect(const QRect& rect)
         }
         return;
     }
+    if (GradientShaderUsage::isGradient(mBrush)) {
+        mBuilder.fillShape(
+            Shape(QRectF(rect), mTransform),
+            new GradientShaderUsage(*mBrush.gradient(), gradientToDevice(mBrush, QRectF(rect))));
+        return;
+    }
     mBuilder.drawColoredShape(Shape(QRectF(rect), mTransform), mBrush.color());
+}
+
+QTransform GraphicsPaintEngine::gradientToDevice(const QBrush& brush, const QRectF& bounds) const
+{
+    QTransform toLogical = brush.transform();
+    // Relative to the object's bounds, its brush transform applies there (object
+    // mode) or after (object bounding mode). Stretching to the device reaches the
+    // engine as a logical gradient under a painter scaled to the device.
+    const QTransform unitToBounds(bounds.width(), 0, 0, bounds.height(), bounds.x(), bounds.y());
+    switch (brush.gradient()->coordinateMode()) {
+    case QGradient::ObjectMode:
+        toLogical = brush.transform() * unitToBounds;
+        break;
+    case QGradient::ObjectBoundingMode:
+        toLogical = unitToBounds * brush.transform();
+        break;
+    default:
+        break;
+    }
+    return toLogical * QTransform::fromTranslate(mBrushOrigin.x(), mBrushOrigin.y()) * mTransform;
+}
+
+void GraphicsPaintEngine::fillOutline(const QPainterPath& outline, const QBrush& brush, const QRectF& bounds,
+                                      bool antialiased)
+{
+    if (GradientShaderUsage::isGradient(brush)) {
+        const QTransform toDevice = gradientToDevice(brush, bounds);
+        if (antialiased)
+            mBuilder.fillOutlineAntialiased(outline, *brush.gradient(), toDevice);
+        else
+            mBuilder.fillOutline(outline, new GradientShaderUsage(*brush.gradient(), toDevice));
+    } else if (antialiased) {
+        mBuilder.fillOutlineAntialiased(outline, brush.color());
+    } else {
+        mBuilder.fillOutline(outline, new LineShaderUsage(brush.color()));
+    }
 }
 
 void GraphicsPaintEngine::drawLines(const QLine*, int)
@@ -278,8 +321,8 @@ void GraphicsPaintEngine::drawPath(const QPainterPath& path)
         return;
     const bool antialiased = mHints.testFlag(QPainter::Antialiasing);
     if (mBrush.style() != Qt::NoBrush) {
-        if (antialiased)
-            mBuilder.fillOutlineAntialiased(mTransform.map(path), mBrush.color());
+        if (antialiased || GradientShaderUsage::isGradient(mBrush))
+            fillOutline(mTransform.map(path), mBrush, path.controlPointRect(), antialiased);
         else
             mBuilder.fillPath(mTransform.map(path), mBrush.color());
     }
@@ -293,11 +336,8 @@ void GraphicsPaintEngine::drawPath(const QPainterPath& path)
         stroker.setJoinStyle(mPen.joinStyle());
         stroker.setCapStyle(mPen.capStyle());
         stroker.setMiterLimit(mPen.miterLimit());
-        const QPainterPath outline = mTransform.map(stroker.createStroke(path));
-        if (antialiased)
-            mBuilder.fillOutlineAntialiased(outline, mPen.color());
-        else
-            mBuilder.fillOutline(outline, new LineShaderUsage(mPen.color()));
+        fillOutline(mTransform.map(stroker.createStroke(path)), mPen.brush(), path.controlPointRect(),
+                    antialiased);
         return;
     }
     default:

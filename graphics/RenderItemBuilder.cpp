@@ -10,6 +10,7 @@
 #include "GeometryRenderItem.h"
 #include "GlyphQuads.h"
 #include "GlyphRun.h"
+#include "GradientShaderUsage.h"
 #include "GraphicsPathProcessor.h"
 #include "LineShaderUsage.h"
 #include "MaskTextureShaderUsage.h"
@@ -327,6 +328,26 @@ void RenderItemBuilder::fillOutline(const QPainterPath& outline, ShaderUsage* us
 
 void RenderItemBuilder::fillOutlineAntialiased(const QPainterPath& outline, const QColor& color)
 {
+    appendCoverage(outline,
+                   [&](const TextureKey& coverage) { return new AlphaTextureShaderUsage(coverage, color); });
+}
+
+void RenderItemBuilder::fillOutlineAntialiased(const QPainterPath& outline, const QGradient& gradient,
+                                               const QTransform& gradientToDevice)
+{
+    appendCoverage(outline, [&](const TextureKey& coverage) {
+        return new GradientShaderUsage(gradient, gradientToDevice, coverage);
+    });
+}
+
+void RenderItemBuilder::fillShape(const Shape& shape, ShaderUsage* usage)
+{
+    appendShape(usage, shape, false);
+}
+
+void RenderItemBuilder::appendCoverage(
+    const QPainterPath& outline, const std::function<ShaderUsage*(const TextureKey& coverage)>& usageFor)
+{
     const QRect bounds = outline.boundingRect().toAlignedRect();
     if (bounds.isEmpty() || outsideClip(bounds))
         return;
@@ -338,8 +359,7 @@ void RenderItemBuilder::fillOutlineAntialiased(const QPainterPath& outline, cons
         painter.translate(-bounds.topLeft());
         painter.fillPath(outline, Qt::black);
     }
-    appendShape(new AlphaTextureShaderUsage(TextureCache::instance()->addOrLookup(coverage), color),
-                Shape(QRectF(bounds)), true);
+    appendShape(usageFor(TextureCache::instance()->addOrLookup(coverage)), Shape(QRectF(bounds)), true);
 }
 
 void RenderItemBuilder::stroke(const QVector<QVector2D>& points, const Geometry::StrokeProps& props,

@@ -8,12 +8,14 @@
 #include "TextureKey.h"
 
 #include <QColor>
+#include <QGradient>
 #include <QMatrix4x4>
 #include <QPainterPath>
 #include <QRegion>
 #include <QVector2D>
 #include <QVector>
 #include <TExplicitlySharedDataPointer.h>
+#include <functional>
 #include <qopengl.h>
 
 namespace gfx {
@@ -115,6 +117,11 @@ public:
     // The same, antialiased: the area's coverage, rasterised into an alpha texture,
     // tints `color`.
     void fillOutlineAntialiased(const QPainterPath& outline, const QColor& color);
+    // ... or shades a gradient, whose coordinates `gradientToDevice` maps.
+    void fillOutlineAntialiased(const QPainterPath& outline, const QGradient& gradient,
+                                const QTransform& gradientToDevice);
+    // A shape filled by a usage that shades by position (gradients), owned from here.
+    void fillShape(const Shape& shape, ShaderUsage* usage);
 
     // Takes ownership of both.
     void drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader);
@@ -134,6 +141,8 @@ private:
     void appendShape(ShaderUsage* usage, const Shape& shape, bool textured);
     void appendTransformedShape(ShaderUsage* usage, const Shape& shape, const QMatrix4x4& matrix);
     bool outsideClip(const QRect& rect) const;
+    void appendCoverage(const QPainterPath& outline,
+                        const std::function<ShaderUsage*(const TextureKey& coverage)>& usageFor);
 
     QVector<RenderItem*> mItems;
     QRegion mClip;

@@ -66,8 +66,10 @@ PaintComparison::Difference PaintComparison::difference(const QImage& a, const Q
             const QRgb q = b.pixel(x, y);
             const int d = std::max({std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
                                     std::abs(qBlue(p) - qBlue(q)), std::abs(qAlpha(p) - qAlpha(q))});
-            if (d > tolerance)
+            if (d > tolerance) {
                 ++result.pixels;
+                result.area |= QRect(x, y, 1, 1);
+            }
             if (d > result.worst) {
                 result.worst = d;
                 result.worstAt = QPoint(x, y);

@@ -24,6 +24,8 @@ public:
         // The largest channel difference, and where it is.
         int worst = 0;
         QPoint worstAt;
+        // Where the differing pixels lie.
+        QRect area;
     };
 
     PaintComparison(GLTestContext& gl, QRgb background);
