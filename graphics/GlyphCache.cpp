@@ -155,16 +155,19 @@ qreal GlyphCache::kerning(int face, int pixelSize, quint32 left, quint32 right)
 
 bool GlyphCache::place(const QSize& size, Page& page, QPoint& at) const
 {
+    // Each slot starts with the padding before its glyph; the next slot's (or the
+    // page margin's) padding follows it. Turned glyphs sample half a texel
+    // outside their bitmap on every side.
     const int w = size.width() + kPadding;
     const int h = size.height() + kPadding;
-    if (page.x + w > kPageSize) {
+    if (page.x + w + kPadding > kPageSize) {
         page.shelfY += page.shelfHeight;
         page.shelfHeight = 0;
         page.x = 0;
     }
-    if (w > kPageSize || page.shelfY + h > kPageSize)
+    if (w + kPadding > kPageSize || page.shelfY + h + kPadding > kPageSize)
         return false;
-    at = QPoint(page.x, page.shelfY);
+    at = QPoint(page.x + kPadding, page.shelfY + kPadding);
     page.x += w;
     page.shelfHeight = qMax(page.shelfHeight, h);
     return true;

@@ -413,15 +413,24 @@ void GraphicsPaintEngine::appendGlyphs(const QPointF& origin, const GlyphRun& ru
     QVector<QPointF> positions = run.positions();
     for (QPointF& p : positions)
         p = mTransform.map(origin + p);
-    // Under a scale the glyphs are rasterised at the size they appear; other
-    // transforms move them, upright.
-    const qreal scale = mTransform.type() == QTransform::TxScale ? qAbs(mTransform.m22()) : 1.0;
-    if (qFuzzyCompare(scale, 1.0)) {
-        mBuilder.drawGlyphRun(run, positions, color);
+    // Glyphs are rasterised at the size they appear. Under a translation or a
+    // scale they stand upright on whole pixels; any other transform turns (or
+    // mirrors, or shears) each glyph's bitmap with it.
+    const bool upright =
+        mTransform.type() <= QTransform::TxScale && mTransform.m11() > 0 && mTransform.m22() > 0;
+    const qreal scale = upright ? mTransform.m22() : std::sqrt(qAbs(mTransform.determinant()));
+    if (scale <= 0)
+        return;
+    const GlyphRun sized = qFuzzyCompare(scale, 1.0) ? run
+                                                     : GlyphRun(run.face(), qRound(run.pixelSize() * scale),
+                                                                run.glyphs(), run.positions());
+    if (upright) {
+        mBuilder.drawGlyphRun(sized, positions, color);
         return;
     }
-    const GlyphRun scaled(run.face(), qRound(run.pixelSize() * scale), run.glyphs(), run.positions());
-    mBuilder.drawGlyphRun(scaled, positions, color);
+    const QTransform orientation(mTransform.m11() / scale, mTransform.m12() / scale, mTransform.m21() / scale,
+                                 mTransform.m22() / scale, 0, 0);
+    mBuilder.drawGlyphRun(sized, positions, orientation, color);
 }
 
 void GraphicsPaintEngine::drawImageSlice(const QRect& target, const ImageSlice& slice,

@@ -240,12 +240,18 @@ void RenderItemBuilder::drawGlyphRun(const GlyphRun& run, float x, float y, cons
 void RenderItemBuilder::drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions,
                                      const QColor& color, const QRect& clip)
 {
+    drawGlyphRun(run, positions, QTransform(), color, clip);
+}
+
+void RenderItemBuilder::drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions,
+                                     const QTransform& orientation, const QColor& color, const QRect& clip)
+{
     QRegion region = mClip;
     if (!clip.isNull())
         region = mHasClip ? region & clip : QRegion(clip);
     const bool clipped = mHasClip || !clip.isNull();
     const QMap<unsigned int, Geometry*> pages =
-        GlyphQuads::build(run, positions, clipped ? &region : nullptr);
+        GlyphQuads::build(run, positions, orientation, clipped ? &region : nullptr);
     for (auto it = pages.constBegin(); it != pages.constEnd(); ++it) {
         if (it.value()->vertices().isEmpty()) {
             delete it.value();

@@ -92,6 +92,9 @@ public:
     // Each glyph at its own baseline position (device pixels).
     void drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions, const QColor& color,
                       const QRect& clip = QRect());
+    // ... with each glyph turned by `orientation` about its position (see GlyphQuads).
+    void drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions, const QTransform& orientation,
+                      const QColor& color, const QRect& clip = QRect());
 
     // The chosen parts of a nine-patch in `target` (device pixels), cut to
     // `clip` as well when the shape is not empty.

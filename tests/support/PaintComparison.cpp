@@ -82,6 +82,7 @@ PaintComparison::Difference PaintComparison::difference(const QImage& a, const Q
 namespace {
 constexpr int kGlyphTolerance = 64;
 constexpr double kDifferingShare = 0.015;
+constexpr double kTurnedDifferingShare = 0.03;
 constexpr double kInkShare = 0.02;
 
 qint64 ink(const QImage& image)
@@ -96,10 +97,21 @@ qint64 ink(const QImage& image)
 
 ::testing::AssertionResult PaintComparison::textAgrees(const QImage& engine, const QImage& raster)
 {
+    return textAgrees(engine, raster, kDifferingShare);
+}
+
+::testing::AssertionResult PaintComparison::turnedTextAgrees(const QImage& engine, const QImage& raster)
+{
+    return textAgrees(engine, raster, kTurnedDifferingShare);
+}
+
+::testing::AssertionResult PaintComparison::textAgrees(const QImage& engine, const QImage& raster,
+                                                       double differingShare)
+{
     const Difference d = difference(engine, raster, kGlyphTolerance);
     const qint64 engineInk = ink(engine);
     const qint64 rasterInk = ink(raster);
-    if (rasterInk > 0 && d.pixels <= kDifferingShare * engine.width() * engine.height() &&
+    if (rasterInk > 0 && d.pixels <= differingShare * engine.width() * engine.height() &&
         qAbs(engineInk - rasterInk) <= kInkShare * rasterInk)
         return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure()
