@@ -11,6 +11,7 @@ public:
 #define ORBIS_GL_DECLARE(ret, name, params, args) ret name params override;
     ORBIS_GL_COMMANDS(ORBIS_GL_DECLARE)
     ORBIS_GL_QUERIES(ORBIS_GL_DECLARE)
+    ORBIS_GL_EXTENSION_COMMANDS(ORBIS_GL_DECLARE)
 #undef ORBIS_GL_DECLARE
 };
 

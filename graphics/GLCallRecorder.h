@@ -25,6 +25,7 @@ public:
 #define ORBIS_GL_DECLARE(ret, name, params, args) ret name params override;
     ORBIS_GL_COMMANDS(ORBIS_GL_DECLARE)
     ORBIS_GL_QUERIES(ORBIS_GL_DECLARE)
+    ORBIS_GL_EXTENSION_COMMANDS(ORBIS_GL_DECLARE)
 #undef ORBIS_GL_DECLARE
 
     // Calls in order, as "name(arg, arg)"; enums and names print in decimal,
@@ -62,6 +63,11 @@ public:
     {
         mExtensions = extensions;
     }
+    // The answer to glGetString(GL_VERSION); none by default.
+    void setVersion(const QByteArray& version)
+    {
+        mVersion = version;
+    }
 
 private:
     template <typename... Args> void note(const char* name, Args... args);
@@ -74,6 +80,7 @@ private:
     QHash<QByteArray, int> mCounts;
     QHash<GLenum, QVector<qint64>> mQueries;
     QByteArray mExtensions;
+    QByteArray mVersion;
     GLuint mNextName = 1;
 };
 

@@ -30,6 +30,8 @@ public:
                               int& width, int& height, quint64& bytes, TextureFeatures features);
     static void glDeleteTrackedTextures(int count, const GLuint* names);
 
+    // Counts `bytes` for texture `id`, replacing what was counted for it before.
+    static void track(GLuint id, quint64 bytes);
     static quint64 trackedTextureBytes();
     static int trackedTextureCount();
     static bool hasExtension(const char* name);
@@ -38,7 +40,6 @@ public:
 
 private:
     static GLuint createTexture(GLenum target, TextureFeatures features, bool mipmapped);
-    static void track(GLuint id, quint64 bytes);
     static bool uploadRgba(const uchar* pixels, int width, int height, GLuint& id, quint64& bytes,
                            TextureFeatures features);
 };

@@ -3,10 +3,12 @@
 #include "GLStateManager.h"
 #include "GLUtils.h"
 #include "IGlyphPageSource.h"
+#include "SharedTextureManager.h"
 #include "TextureKeyDataFile.h"
 #include "TextureKeyDataGlyph.h"
 #include "TextureKeyDataQImage.h"
 #include "TextureKeyDataQPixmap.h"
+#include "TextureKeyDataShared.h"
 #include "TextureKeyDataTarget.h"
 
 #include <Logger.h>
@@ -73,6 +75,8 @@ bool TextureCache::bind(const TextureKey& key)
         return false;
     if (data->type() == TextureKeyData::kGlyph)
         return bind(static_cast<TextureKeyDataGlyph*>(data));
+    if (data->type() == TextureKeyData::kShared)
+        return SharedTextureManager::instance()->bind(static_cast<TextureKeyDataShared*>(data)->slot());
     if (data->type() == TextureKeyData::kTarget) {
         const GLuint texture = static_cast<TextureKeyDataTarget*>(data)->texture();
         GLStateManager::instance()->glBindTexture2D(texture);
@@ -187,6 +191,12 @@ void TextureCache::destroyExpiredTextures()
     GLStateManager::instance()->glBindTexture2D(0);
     GLUtils::glDeleteTrackedTextures(mExpired.size(), mExpired.constData());
     mExpired.clear();
+}
+
+void TextureCache::deleteLater(GLuint texture)
+{
+    if (texture && onGuiThread())
+        mExpired.append(texture);
 }
 
 void TextureCache::clear()

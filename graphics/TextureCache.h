@@ -65,6 +65,8 @@ public:
     void setGlyphPageSource(IGlyphPageSource* source);
 
     void destroyExpiredTextures();
+    // Queues a texture that something else owned for deletion with the expired ones.
+    void deleteLater(GLuint texture);
     // Drops every stored entry (their textures expire unless keys still hold them).
     void clear();
 

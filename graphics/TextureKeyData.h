@@ -18,6 +18,7 @@ public:
         kFile,
         kGlyph,
         kTarget,
+        kShared,
     };
 
     virtual ~TextureKeyData() = default;

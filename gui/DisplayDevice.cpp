@@ -7,16 +7,22 @@
 #include "Graphics.h"
 #include "Logger.h"
 #include "PopupView.h"
+#include "SingleShotTimer.h"
+#include "SkinManager.h"
 #include "TouchOwnership.h"
 #include "ViewBufferManager.h"
 #include "input/touch/TouchDevice.h"
 
+#include <GLExtensions.h>
 #include <GLFunctions.h>
+#include <GLStateManager.h>
+#include <GlyphCache.h>
 #include <QBitmap>
 #include <QGLFramebufferObject>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QWheelEvent>
+#include <ShaderCache.h>
 #include <TextureCache.h>
 #include <algorithm>
 #include <cmath>
@@ -51,9 +57,7 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     initTransforms();
     createWindow();
     if (mWidget) {
-        const int limitKb = qMax(0, gfx::TextureCacheSize.value()) * 1024;
-        QGLContext::setTextureCacheLimit(limitKb);
-        Logger::info(QStringLiteral("setting texture cache to %1").arg(limitKb));
+        setQtTextureCacheLimit(gfx::TextureCacheSize.value());
         mBufferManager = std::make_unique<ViewBufferManager>(mWidget);
         doResize(mWindowSize);
     }
@@ -74,6 +78,7 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     mSecondTimer.start();
     mTouchDevice->loadTouchDriver(touchDriver);
     showCursor(useCursor);
+    connect(SkinManager::instance(), SIGNAL(skinChanged()), this, SLOT(skinChanged()));
     mDisplays.append(this);
     if (mWidget) {
         mWidget->makeCurrent();
@@ -82,6 +87,7 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
         if (gDumpGLExtensions.value())
             Logger::info(QStringLiteral("Extensions: ") +
                          extensions.split(QLatin1Char(' ')).join(QLatin1Char('\n')));
+        gfx::loadExtensions();
     }
     mRenderRegion = QRegion();
     mCompositeRegion = QRegion();
@@ -123,6 +129,23 @@ void DisplayDevice::makeCurrent()
         mWidget->makeCurrent();
 }
 
+void DisplayDevice::setQtTextureCacheLimit(int megabytes)
+{
+    const int limitKb = qMax(0, megabytes) * 1024;
+    QGLContext::setTextureCacheLimit(limitKb);
+    Logger::info(QStringLiteral("setting texture cache to %1").arg(limitKb));
+}
+
+void DisplayDevice::changeTextureCacheSize(int megabytes)
+{
+    if (!ORBIS_ASSERT(megabytes >= 0,
+                      QStringLiteral("The texture cache size cannot be negative: %1").arg(megabytes)))
+        return;
+    gfx::TextureCache::instance()->setMaxSizeMb(megabytes);
+    if (mWidget)
+        setQtTextureCacheLimit(megabytes);
+}
+
 DisplayDevice::~DisplayDevice()
 {
     // Layer framebuffers belong to the window's context.
@@ -133,6 +156,19 @@ DisplayDevice::~DisplayDevice()
     mAnimations.clear();
     mDisplays.removeOne(this);
     mLayer.reset();
+    // The last window takes its context's programs and textures with it: the caches
+    // must not hand their names to the contexts of later windows.
+    if (mWidget &&
+        std::none_of(mDisplays.begin(), mDisplays.end(), [](DisplayDevice* d) { return d->mWidget; })) {
+        gfx::ShaderCache::instance()->releaseAll();
+        if (Singleton<gfx::GlyphCache>::exists())
+            gfx::GlyphCache::instance()->releaseTextures();
+        if (Singleton<gfx::TextureCache>::exists()) {
+            gfx::TextureCache::instance()->clear();
+            gfx::TextureCache::instance()->destroyExpiredTextures();
+        }
+        gfx::GLStateManager::instance()->clearToInvalid();
+    }
     delete mWidget;
 }
 
@@ -326,6 +362,7 @@ void DisplayDevice::startFrame()
     if (mTouchOwnership)
         mTouchOwnership->processEvents();
     updateAnimations();
+    SingleShotTimer::fireExpired();
     checkKeyFocus();
     sVisitedCount = 0;
     sPlaceCount = 0;
@@ -392,8 +429,11 @@ void DisplayDevice::finishViewAnimation(DisplayView* view)
 
 void DisplayDevice::deferLayout(DisplayView* view)
 {
-    if (!mDeferredLayouts.contains(view))
+    // Building a screen queues every new view: the set keeps that linear.
+    if (!mDeferredSet.contains(view)) {
+        mDeferredSet.insert(view);
         mDeferredLayouts.append(view);
+    }
 }
 
 void DisplayDevice::processDeferredLayouts()
@@ -404,6 +444,7 @@ void DisplayDevice::processDeferredLayouts()
     for (int pass = 0; pass < gMaxLayoutIterations.value() && !mDeferredLayouts.isEmpty(); ++pass) {
         const QList<DisplayView*> queue = mDeferredLayouts;
         mDeferredLayouts.clear();
+        mDeferredSet.clear();
         for (DisplayView* view : queue) {
             // Views laid out by an earlier one of this batch are clean by now.
             if (view->isLayoutDirty())
@@ -433,6 +474,14 @@ void DisplayDevice::dispatchTick1s(DisplayView* view)
 void DisplayDevice::dispatchReskinned(DisplayView* view)
 {
     dispatch(view, &DisplayView::reskinned);
+}
+
+void DisplayDevice::skinChanged()
+{
+    // Every colour may have changed, including those views read at draw time.
+    dispatchReskinned(this);
+    markDirtyRectsForRendering(true, true);
+    reveal();
 }
 
 // Focus
@@ -500,7 +549,8 @@ void DisplayDevice::showCursor(bool show)
 
 void DisplayDevice::removeReferences(DisplayView* view)
 {
-    mDeferredLayouts.removeOne(view);
+    if (mDeferredSet.remove(view))
+        mDeferredLayouts.removeOne(view);
     if (DisplayViewAnimation* animation = getViewAnimation(view, false)) {
         mAnimations.removeOne(animation);
         delete animation;

@@ -7,6 +7,7 @@
 #include <QList>
 #include <QMatrix4x4>
 #include <QRegion>
+#include <QSet>
 #include <QTimer>
 #include <memory>
 
@@ -68,6 +69,9 @@ public:
     ViewBufferManager* viewBufferManager() const { return mBufferManager.get(); }
     bool hasWindow() const { return mWidget != nullptr; }
     void makeCurrent();
+    // The texture budget in megabytes at run time (0: unbounded); the cache
+    // evicts at once when it holds more.
+    void changeTextureCacheSize(int megabytes);
 
     // Containers of the root, bottom to top.
     DisplayView* hiddenViews() const { return mHidden; }
@@ -171,6 +175,9 @@ public:
 
 public slots:
     void doTick();
+    // The day/night skin changed: views are told (reskinned) and the whole screen
+    // repaints.
+    void skinChanged();
 
 signals:
     void popupWillShow(PopupView* popup);
@@ -190,6 +197,8 @@ private slots:
 private:
     void createWindow();
     void applyCursor();
+    // Qt's own paint engine keeps its texture cache by this budget too.
+    static void setQtTextureCacheLimit(int megabytes);
     // The layer into whose buffer a layer is composited instead of onto the screen.
     DisplayView* nestingTarget(DisplayView* view) const;
     void paintWithGraphics(DisplayView* view, ViewBuffer* buffer, const QTransform& toPixels,
@@ -217,6 +226,7 @@ private:
     bool mFrameNeeded = false;
     QList<DisplayViewAnimation*> mAnimations;
     QList<DisplayView*> mDeferredLayouts;
+    QSet<DisplayView*> mDeferredSet;
     DisplayView* mKeyFocus = nullptr;
     DisplayView* mTouchFocus = nullptr;
     TouchOwnership* mTouchOwnership = nullptr;

@@ -24,6 +24,7 @@
 #include <RenderItemBuilder.h>
 #include <RenderState.h>
 #include <ShaderCache.h>
+#include <SharedTextureManager.h>
 #include <TextureCache.h>
 #include <cstdlib>
 
@@ -135,6 +136,7 @@ void DisplayDevice::finishFrame()
                              .arg(gfx::TextureCache::instance()->entryCount())
                              .arg(gfx::TextureCache::instance()->currentSize())
                              .arg(gfx::TextureCache::instance()->expiredTextures().size()));
+        gfx::SharedTextureManager::instance()->destroyPendingTextures();
         gfx::TextureCache::instance()->destroyExpiredTextures();
         if (drawing) {
             ++mStats.drawnFrames;
@@ -157,7 +159,8 @@ QMatrix4x4 DisplayDevice::screenMatrix(DisplayView* view) const
     QMatrix4x4 matrix;
     for (; view && view != this; view = view->mParentView) {
         QMatrix4x4 step;
-        step.translate(float(int(view->mX)), float(int(view->mY)));
+        const QPoint at = view->positionInParent();
+        step.translate(float(at.x()), float(at.y()));
         step *= *view->mLayerTransform;
         matrix = step * matrix;
     }

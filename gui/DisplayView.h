@@ -18,6 +18,11 @@
 #include <QVector3D>
 #include <memory>
 
+extern "C" {
+#include <Layout.h>
+}
+
+class CssLayout;
 class DataValue;
 class DisplayDevice;
 class DisplayViewAnimation;
@@ -245,6 +250,11 @@ public:
     QSize size() const { return QSize(mWidth, mHeight); }
     QPoint center() const { return rect().center(); }
     QRect relativePositionRect(DisplayView* ancestor) const;
+    // How far the children are scrolled: a child at (x, y) appears at (x, y) minus this
+    // offset. Scrolling containers move it; for any other view it is (0, 0).
+    QPoint contentOffset() const;
+    // Where the view appears in its parent: its position less the parent's content offset.
+    QPoint positionInParent() const;
     QRect drawingRect() const;
     QRect drawingAreaRect() const;
     QRect drawingLayerRect() const;
@@ -317,6 +327,9 @@ public:
 
     // Behaviour flags.
     void setTouchBehavior(TouchBehavior behavior, bool on);
+    // A view that takes a gesture gets it itself. A view that requires drags (a
+    // scrolling container) also gets the drags that start on descendants that neither
+    // take drags nor name a drag delegate.
     void setTouchGesture(TouchGesture gesture, bool on);
     void setRequiredTouchGesture(TouchGesture gesture, bool on);
     void setIgnoreDragGestures(bool horizontal, bool vertical);
@@ -358,9 +371,77 @@ public:
 
     // Layout.
     void setLayoutImpl(LayoutImpl* impl);
-    // Every layout binding of the framework is the flex one.
-    bool usesCssLayout() const { return mLayoutImpl != nullptr; }
     LayoutImpl* layoutImpl() const { return mLayoutImpl.get(); }
+    // Flex layout: the view takes part in its parent's flex flow (when the parent has
+    // one) and lays out its own children by flex rules. The css setters enable it; so
+    // does a style with flex attributes, and joining a flex parent.
+    void enableCssLayout();
+    void disableCssLayout();
+    bool usesCssLayout() const { return mCssLayout != nullptr; }
+    CssLayout* cssLayout() const { return mCssLayout; }
+    void setCssDirection(css_direction_t direction);
+    css_direction_t cssDirection() const;
+    void setCssFlexDirection(css_flex_direction_t direction);
+    css_flex_direction_t cssFlexDirection() const;
+    void setCssJustifyContent(css_justify_t justify);
+    css_justify_t cssJustifyContent() const;
+    void setCssAlignContent(css_align_t align);
+    css_align_t cssAlignContent() const;
+    void setCssAlignItems(css_align_t align);
+    css_align_t cssAlignItems() const;
+    void setCssAlignSelf(css_align_t align);
+    css_align_t cssAlignSelf() const;
+    void setCssFlexWrap(css_wrap_type_t wrap);
+    css_wrap_type_t cssFlexWrap() const;
+    void setCssPositionType(css_position_type_t type);
+    css_position_type_t cssPositionType() const;
+    void setCssFlex(float flex);
+    float cssFlex() const;
+    // Four-element forms are in the order top, right, bottom, left; six-element forms
+    // add start and end.
+    void setCssPosition(css_position_t edge, float value);
+    void setCssPosition(const float (&edges)[4]);
+    void setCssPosition(float top, float right, float bottom, float left);
+    void setCssTopLeft(const QPointF& topLeft);
+    float cssPosition(css_position_t edge) const;
+    QPointF cssTopLeft() const;
+    float cssTop() const;
+    float cssLeft() const;
+    float cssRight() const;
+    float cssBottom() const;
+    void setCssSize(css_dimension_t dimension, float value);
+    void setCssSize(const QSizeF& size);
+    void setCssWidth(float width);
+    void setCssHeight(float height);
+    QSizeF cssSize() const;
+    float cssWidth() const;
+    float cssHeight() const;
+    void setCssMinSize(css_dimension_t dimension, float value);
+    void setCssMinSize(const QSizeF& size);
+    void setCssMinWidth(float width);
+    void setCssMinHeight(float height);
+    QSizeF cssMinSize() const;
+    void setCssMaxSize(css_dimension_t dimension, float value);
+    void setCssMaxSize(const QSizeF& size);
+    void setCssMaxWidth(float width);
+    void setCssMaxHeight(float height);
+    QSizeF cssMaxSize() const;
+    void setCssMargin(css_position_t edge, float value);
+    void setCssMargin(const float (&edges)[6]);
+    void setCssMargin(const Padding& margin);
+    void setCssMargin(float top, float right, float bottom, float left, float start, float end);
+    float cssMargin(css_position_t edge) const;
+    void setCssPadding(css_position_t edge, float value);
+    void setCssPadding(const float (&edges)[6]);
+    void setCssPadding(const Padding& padding);
+    void setCssPadding(float top, float right, float bottom, float left, float start, float end);
+    float cssPadding(css_position_t edge) const;
+    void setCssBorder(css_position_t edge, float value);
+    void setCssBorder(const float (&edges)[6]);
+    void setCssBorder(const Padding& border);
+    void setCssBorder(float top, float right, float bottom, float left, float start, float end);
+    float cssBorder(css_position_t edge) const;
+    bool fixedSize() const { return mFixedSize; }
     void setLayoutMargin(const Padding& margin);
     Padding layoutMargin() const;
     void setEnableDeferredLayout(bool enable);
@@ -424,11 +505,14 @@ protected:
     void applyBrightness(float brightness);
     void applyScale(double scale);
     void applyAngle(double angle);
+    // Moves the children's origin; placing them and repainting are the caller's part.
+    void setContentOffset(const QPoint& offset);
 
 private:
     friend class DisplayViewList;
     friend class DisplayViewAnimation;
     friend class DisplayDevice;
+    friend class CssLayout;
 
     void setDevice(DisplayDevice* device);
     bool acceptsTouches() const;
@@ -445,6 +529,9 @@ private:
                        EaseType ease, double delay);
     QRect visualOffsetRect() const;
     void applyAutoResize();
+    // Feeds the style's flex attributes to the flex binding.
+    void applyCssStyle(const Style& style);
+    const CssLayout& cssValues() const;
 
     DisplayView* mParentView = nullptr;
     DisplayDevice* mDevice = nullptr;
@@ -491,6 +578,7 @@ private:
     DataValue* mValueSource = nullptr;
 
     std::unique_ptr<LayoutImpl> mLayoutImpl;
+    CssLayout* mCssLayout = nullptr; // mLayoutImpl when it is the flex binding
 
     QString mViewName;
     Style mStyle;

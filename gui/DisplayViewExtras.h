@@ -9,6 +9,7 @@ struct DisplayView::Extras
     QVector3D mAxis = QVector3D(0, 0, 1);
     QMatrix4x4 mTransform;
     QRect mClip;
+    QPoint mContentOffset;
     QRect mOpaque;
     Padding mTouchPadding;
     Padding mShadowPadding;

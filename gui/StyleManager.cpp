@@ -5,6 +5,7 @@
 #include "DependancyEvaluator.h"
 #include "Logger.h"
 #include "PerfLogger.h"
+#include "SkinManager.h"
 #include "StorageUtils.h"
 #include "StyleData.h"
 #include "StyleVariantConverter.h"
@@ -74,6 +75,8 @@ StyleManager::~StyleManager()
 
 void StyleManager::initialize()
 {
+    // The skin of the current day mode is one of the files to read.
+    SkinManager::instance();
     {
         DataValue::ConditionalLocker lock(GUI_isDevelopmentCar);
         gDevelopmentCar = GUI_isDevelopmentCar.toBool();
@@ -90,6 +93,11 @@ void StyleManager::registerOptionalStyleOverrideName(const QString& name)
 {
     if (!name.isEmpty() && !overrideNames().contains(name))
         overrideNames().append(name);
+}
+
+void StyleManager::unregisterOptionalStyleOverrideName(const QString& name)
+{
+    overrideNames().removeAll(name);
 }
 
 Style::StyleData* StyleManager::lookupStyle(const QString& name) const

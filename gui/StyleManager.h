@@ -56,6 +56,7 @@ public:
     // Adds "<base>-<name>.conf" files, read before the common and base files when
     // present; their definitions win over later files without being reported.
     static void registerOptionalStyleOverrideName(const QString& name);
+    static void unregisterOptionalStyleOverrideName(const QString& name);
     // The style files of the assets folder, in reading order.
     static QStringList configurationFiles();
 

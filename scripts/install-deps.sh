@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 
 packages=(
   build-essential cmake ninja-build pkg-config ccache
-  qtbase5-dev qtbase5-dev-tools libqt5opengl5-dev libqt5svg5-dev
+  qtbase5-dev qtbase5-dev-tools libqt5opengl5-dev libqt5svg5-dev libqt5sql5-sqlite
   libegl-dev libgles-dev libgl-dev libgl1-mesa-dri mesa-common-dev
   xvfb xauth xdotool x11-utils
   libpolyclipping-dev libstb-dev libfreetype-dev libfontconfig-dev zlib1g-dev libicu-dev libglu1-mesa-dev

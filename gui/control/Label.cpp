@@ -1,5 +1,6 @@
 #include "Label.h"
 
+#include "CssLayout.h"
 #include "FontManager.h"
 #include "Skin.h"
 
@@ -25,6 +26,8 @@ Label::Label(DisplayView* parent, const char* name) : DisplayView(parent, name)
     setTouchBehavior(IgnoreTouches, true);
     mRules.font = defaultFont();
     mColor = Skin::parseColor(QStringLiteral("foregroundColor"));
+    // A flex parent gave the view its binding before the label existed.
+    layoutImplChanged();
 }
 
 Label::Label(DisplayView* parent, const char* name, const QString& text, const QString& styleText)
@@ -243,6 +246,13 @@ QString Label::lineText(int line)
 {
     ensureLaidOut();
     return mLayout.lineText(line);
+}
+
+void Label::layoutImplChanged()
+{
+    DisplayView::layoutImplChanged();
+    if (CssLayout* css = cssLayout())
+        css->setOption(CssLayout::Measure, true);
 }
 
 QSizeF Label::naturalSize(double width)

@@ -60,6 +60,8 @@ public:
     // The text's size plus the label padding; `width` < 0 for one unconstrained
     // line per paragraph.
     QSizeF naturalSize(double width) override;
+    // In a flex layout a label is measured: it takes the size of its text.
+    void layoutImplChanged() override;
     void draw(QPainter& painter) override;
     void resized() override;
     QVariantMap toVariantMap() override;

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "GeneratedTilePainter.h"
+#include "TileSource.h"
+
+#include <QMutex>
+#include <QSet>
+#include <QThreadPool>
+#include <memory>
+
+namespace NativeMaps {
+
+// Draws tiles instead of fetching them (GeneratedTilePainter), on worker threads,
+// and hands them out PNG-encoded like any server would.
+class GeneratedTileSource : public TileSource
+{
+    Q_OBJECT
+
+public:
+    explicit GeneratedTileSource(GeneratedTilePainter::Style style = GeneratedTilePainter::Map,
+                                 QObject* parent = nullptr);
+    ~GeneratedTileSource() override;
+
+    QString name() const override { return QStringLiteral("generated"); }
+    void request(const TileId& tile) override;
+    void cancel(const TileId& tile) override;
+    int maxZoom() const override { return 20; }
+
+    // Waits for the tiles being drawn (their answers still arrive as events).
+    void waitForDone() { mPool.waitForDone(); }
+
+private:
+    // What the workers share with the source: the tiles still wanted, so that a
+    // worker skips one cancelled before it started.
+    struct Shared
+    {
+        QMutex mutex;
+        QSet<TileId> wanted;
+    };
+
+    void deliver(const TileId& tile, const QByteArray& data);
+
+    GeneratedTilePainter mPainter;
+    std::shared_ptr<Shared> mShared;
+    QThreadPool mPool;
+};
+
+} // namespace NativeMaps

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "TileId.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+namespace NativeMaps {
+
+// Where encoded tile images come from. A request is answered once, later, through
+// tileLoaded or tileFailed on the source's thread; a cancelled request is never
+// answered. Requests for a tile that is already on its way are merged.
+class TileSource : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TileSource(QObject* parent = nullptr) : QObject(parent) {}
+    ~TileSource() override = default;
+
+    virtual QString name() const = 0;
+    virtual void request(const TileId& tile) = 0;
+    virtual void cancel(const TileId& tile) = 0;
+    // Whether what this source delivers is worth keeping in the persistent cache (a
+    // tile set file on disk is not).
+    virtual bool cachesTiles() const { return true; }
+    virtual int minZoom() const { return 0; }
+    virtual int maxZoom() const { return 19; }
+
+signals:
+    void tileLoaded(NativeMaps::TileSource* source, NativeMaps::TileId tile, QByteArray data);
+    void tileFailed(NativeMaps::TileSource* source, NativeMaps::TileId tile, QString error);
+};
+
+} // namespace NativeMaps
