@@ -183,23 +183,24 @@ int GlyphCache::pageFor(const QSize& size, QPoint& at)
             return i;
         }
     }
-    if (mPages.size() < kMaxPages) {
+    int chosen = mPages.size();
+    if (chosen < kMaxPages) {
         Page page;
         page.pixels = QImage(kPageSize, kPageSize, QImage::Format_Alpha8);
         page.pixels.fill(0);
         mPages << page;
     } else {
-        int oldest = -1;
+        chosen = -1;
         for (int i = 0; i < mPages.size(); ++i)
-            if (mPages[i].lastUsed < mFrame && (oldest < 0 || mPages[i].lastUsed < mPages[oldest].lastUsed))
-                oldest = i;
-        if (oldest < 0)
+            if (mPages[i].lastUsed < mFrame && (chosen < 0 || mPages[i].lastUsed < mPages[chosen].lastUsed))
+                chosen = i;
+        if (chosen < 0)
             return -1;
-        wipe(oldest);
-        std::swap(mPages[oldest], mPages.last());
+        // Refilled where it is: every other page keeps its number, and with it the
+        // glyphs that display lists have recorded on it.
+        wipe(chosen);
     }
-    Page& page = mPages.last();
-    return place(size, page, at) ? mPages.size() - 1 : -1;
+    return place(size, mPages[chosen], at) ? chosen : -1;
 }
 
 void GlyphCache::wipe(int index)
@@ -256,6 +257,11 @@ bool GlyphCache::glyph(int face, int pixelSize, quint32 index, Glyph& out)
 IGlyphPageSource::PageInfo GlyphCache::page(unsigned int) const
 {
     return {QSize(kPageSize, kPageSize), 1};
+}
+
+QImage GlyphCache::pageImage(unsigned int index) const
+{
+    return int(index) < mPages.size() ? mPages[int(index)].pixels : QImage();
 }
 
 GLuint GlyphCache::activePageTexture(unsigned int index)
