@@ -437,7 +437,7 @@ void GraphicsPaintEngine::drawImageSlice(const QRect& target, const ImageSlice& 
                                          QFlags<ImageSlice::Slice> parts)
 {
     syncPainterState();
-    mBuilder.drawImageSlice(mTransform.mapRect(target), hasClip() ? mClip : Shape(), slice, parts);
+    mBuilder.drawImageSlice(target, mTransform, hasClip() ? mClip : Shape(), slice, parts);
 }
 
 void GraphicsPaintEngine::drawDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list,
@@ -462,8 +462,14 @@ void GraphicsPaintEngine::drawWithCustomRenderer(ICustomRenderer* renderer, cons
                                                  const QRect& source, bool opaque, const QMatrix4x4& matrix)
 {
     syncPainterState();
-    const QRect placed = mTransform.mapRect(matrix.mapRect(target));
-    mBuilder.drawWithCustomRenderer(renderer, placed, source, opaque && mMatrix.isIdentity());
+    const QTransform full = matrix.toTransform() * mTransform;
+    if (full.type() <= QTransform::TxScale && full.m11() > 0 && full.m22() > 0 && matrix.isAffine()) {
+        mBuilder.drawWithCustomRenderer(renderer, full.mapRect(target), source, opaque);
+        return;
+    }
+    // Turned, mirrored or in perspective: the renderer draws `target` through the
+    // whole matrix itself.
+    mBuilder.drawWithCustomRenderer(renderer, target, source, opaque, QMatrix4x4(mTransform) * matrix);
 }
 
 GraphicsPaintEngine::Clipped GraphicsPaintEngine::getClipped(const QRectF& rect,

@@ -267,11 +267,7 @@ void RenderItemBuilder::drawImageSlice(const QRect& target, const Shape& clip, c
 {
     if (slice.isNull() || target.isEmpty())
         return;
-    QRegion visible(target);
-    if (mHasClip)
-        visible &= mClip;
-    for (const QPolygonF& polygon : clip.polygons())
-        visible &= QRegion(polygon.toPolygon());
+    const QRegion visible = visibleOf(target, clip);
     Geometry* head = nullptr;
     Geometry* tail = nullptr;
     for (int bit = ImageSlice::TopLeft; bit <= ImageSlice::BottomRight; bit <<= 1) {
@@ -291,6 +287,49 @@ void RenderItemBuilder::drawImageSlice(const QRect& target, const Shape& clip, c
     }
     if (head)
         appendGeometry(new TextureShaderUsage(slice.texture(), slice.hasAlpha()), head);
+}
+
+void RenderItemBuilder::drawImageSlice(const QRect& target, const QTransform& transform, const Shape& clip,
+                                       const ImageSlice& slice, QFlags<ImageSlice::Slice> parts)
+{
+    if (transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0) {
+        drawImageSlice(transform.mapRect(target), clip, slice, parts);
+        return;
+    }
+    if (slice.isNull() || target.isEmpty())
+        return;
+    const QRegion visible = visibleOf(transform.mapRect(QRectF(target)).toAlignedRect(), clip);
+    Geometry* head = nullptr;
+    Geometry* tail = nullptr;
+    for (int bit = ImageSlice::TopLeft; bit <= ImageSlice::BottomRight; bit <<= 1) {
+        const auto part = ImageSlice::Slice(bit);
+        const QRect area = slice.target(part, target);
+        if (!parts.testFlag(part) || area.isEmpty())
+            continue;
+        const Shape shape =
+            Shape(QRectF(area), transform, insetsOf(slice.source(part), slice.size())).clipped(visible);
+        if (shape.deepIsEmpty())
+            continue;
+        auto* g = new Geometry(Geometry::kTextureShape);
+        g->setShape(shape);
+        if (tail)
+            tail->setNext(g);
+        else
+            head = g;
+        tail = g;
+    }
+    if (head)
+        appendGeometry(new TextureShaderUsage(slice.texture(), slice.hasAlpha()), head);
+}
+
+QRegion RenderItemBuilder::visibleOf(const QRect& bounds, const Shape& clip) const
+{
+    QRegion visible(bounds);
+    if (mHasClip)
+        visible &= mClip;
+    for (const QPolygonF& polygon : clip.polygons())
+        visible &= QRegion(polygon.toPolygon());
+    return visible;
 }
 
 void RenderItemBuilder::fillPath(const QPainterPath& path, const QColor& color)
@@ -464,10 +503,16 @@ void RenderItemBuilder::drawViewportDisplayList(const TExplicitlySharedDataPoint
 void RenderItemBuilder::drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target,
                                                const QRect& source, bool opaque)
 {
-    if (!renderer || outsideClip(target))
+    drawWithCustomRenderer(renderer, target, source, opaque, QMatrix4x4());
+}
+
+void RenderItemBuilder::drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target,
+                                               const QRect& source, bool opaque, const QMatrix4x4& matrix)
+{
+    if (!renderer || outsideClip(RenderItem::mappedBounds(matrix, target)))
         return;
-    auto* item = new CommandRenderItem(renderer, target, source);
-    item->computeRects(target, opaque ? target : QRect());
+    auto* item = new CommandRenderItem(renderer, target, source, matrix);
+    item->computeRects(target, opaque ? target : QRect(), matrix);
     mItems.append(item);
 }
 

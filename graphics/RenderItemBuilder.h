@@ -100,6 +100,10 @@ public:
     // `clip` as well when the shape is not empty.
     void drawImageSlice(const QRect& target, const Shape& clip, const ImageSlice& slice,
                         QFlags<ImageSlice::Slice> parts);
+    // ... with `target` and its parts in local coordinates taken through
+    // `transform`, which may turn, mirror or shear them.
+    void drawImageSlice(const QRect& target, const QTransform& transform, const Shape& clip,
+                        const ImageSlice& slice, QFlags<ImageSlice::Slice> parts);
 
     // Fills a path in device coordinates by its fill rule.
     void fillPath(const QPainterPath& path, const QColor& color);
@@ -137,9 +141,14 @@ public:
     // `opaque` promises that the renderer covers `target` with opaque pixels.
     void drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target, const QRect& source,
                                 bool opaque);
+    // ... with `target` in item coordinates that `matrix` takes to the surface; the
+    // renderer finds `matrix` in the render state's matrix.
+    void drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target, const QRect& source,
+                                bool opaque, const QMatrix4x4& matrix);
 
 private:
     Geometry* geometryFor(const Shape& shape, bool textured) const;
+    QRegion visibleOf(const QRect& bounds, const Shape& clip) const;
     void appendGeometry(ShaderUsage* usage, Geometry* geometry, const QMatrix4x4& matrix = QMatrix4x4());
     void appendShape(ShaderUsage* usage, const Shape& shape, bool textured);
     void appendTransformedShape(ShaderUsage* usage, const Shape& shape, const QMatrix4x4& matrix);
