@@ -101,13 +101,13 @@ private:
     static RenderItemBuilder& builderOf(QPainter& p)
     {
         GraphicsPaintEngine* engine = GraphicsPaintEngine::of(p);
-        engine->syncState();
+        engine->syncPainterState();
         return engine->builder();
     }
 
     void paintOne(QPainter& p, int depth)
     {
-        switch (between(0, 10)) {
+        switch (between(0, 12)) {
         case 0:
         case 1: {
             const QRect r = rect();
@@ -193,7 +193,45 @@ private:
             if (depth < 2)
                 paintNested(p, depth);
             break;
+        case 11: {
+            const QRect r = rect();
+            note(depth, "gradient %d,%d %dx%d", r.x(), r.y(), r.width(), r.height());
+            p.fillRect(r, gradient(r));
+            break;
         }
+        case 12: {
+            const QPoint at(between(-10, kSize - 20), between(0, kSize));
+            const int size = between(6, 30);
+            note(depth, "text at %d,%d size %d", at.x(), at.y(), size);
+            p.setPen(color());
+            p.setFont(QFont(QStringLiteral("DejaVu Sans"), size));
+            p.drawText(at, QStringLiteral("Tankstelle 42 km"));
+            break;
+        }
+        }
+    }
+
+    QBrush gradient(const QRect& r)
+    {
+        static const QGradient::Spread kSpreads[] = {QGradient::PadSpread, QGradient::RepeatSpread,
+                                                     QGradient::ReflectSpread};
+        const QPointF a(r.x() + between(0, r.width()), r.y() + between(0, r.height()));
+        const QPointF b(r.x() + between(0, r.width()), r.y() + between(0, r.height()));
+        QGradient g;
+        switch (between(0, 2)) {
+        case 0:
+            g = QLinearGradient(a, b);
+            break;
+        case 1:
+            g = QRadialGradient(a, between(1, 60), b);
+            break;
+        default:
+            g = QConicalGradient(a, between(0, 359));
+            break;
+        }
+        g.setSpread(pick(kSpreads));
+        g.setStops({{0, color()}, {between(1, 9) / 10.0, color()}, {1, color()}});
+        return QBrush(g);
     }
 
     void paintNested(QPainter& p, int depth)
@@ -274,8 +312,9 @@ TEST_F(OptimizerPropertyGLTest, RandomScenesLookTheSameWithTheOptimizerOnAndOff)
         on.save(stem + "-on.png");
         off.save(stem + "-off.png");
         ADD_FAILURE() << "seed " << seed << ": " << d.pixels << " pixels differ, worst by " << d.worst
-                      << " at " << d.worstAt.x() << "," << d.worstAt.y() << "; pictures in "
-                      << qPrintable(stem) << "-on.png and -off.png; the scene:\n"
+                      << " at " << d.worstAt.x() << "," << d.worstAt.y() << ", all within " << d.area.x()
+                      << "," << d.area.y() << " " << d.area.width() << "x" << d.area.height()
+                      << "; pictures in " << qPrintable(stem) << "-on.png and -off.png; the scene:\n"
                       << qPrintable(log.join('\n'));
     }
 }
