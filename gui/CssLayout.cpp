@@ -195,6 +195,8 @@ bool CssLayout::isFixedSize()
 
 void CssLayout::childAdded(DisplayView* child)
 {
+    if (mView->placesOwnChildren())
+        return;
     if (CssLayout* layout = layoutOf(child))
         childLayoutAdded(layout);
     else
@@ -287,6 +289,8 @@ bool CssLayout::determineIsChild()
     if (style.position_type == CSS_POSITION_ABSOLUTE && std::isnan(style.position[CSS_BOTTOM]) &&
         std::isnan(style.position[CSS_RIGHT]))
         return false; // places itself
+    if (mView->mParentView && mView->mParentView->placesOwnChildren())
+        return false; // placed by its parent
     if (!assertView(parentLayout() != nullptr, "parentView() && parentView()->usesCssLayout()",
                     "Using relative positioning or bottom/right on a view which doesn't have a CSS parent "
                     "View: %1",

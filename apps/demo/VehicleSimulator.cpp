@@ -45,12 +45,19 @@ const QVector<VehicleSimulator::Track>& VehicleSimulator::tracks()
     return list;
 }
 
-VehicleSimulator::VehicleSimulator()
+VehicleSimulator::Route VehicleSimulator::drivenRoute()
 {
     const QPointF origin = crs().worldPixelsFromLatLng(kStart, kZoom);
     const QPointF corner(std::round(origin.x() / 256) * 256, std::round(origin.y() / 256) * 256);
+    Route route;
     for (const QPoint& b : kBlocks)
-        mRoute << crs().latLngFromWorldPixels(corner + QPointF(b.x() * 256.0, b.y() * 256.0), kZoom);
+        route << crs().latLngFromWorldPixels(corner + QPointF(b.x() * 256.0, b.y() * 256.0), kZoom);
+    return route;
+}
+
+VehicleSimulator::VehicleSimulator()
+{
+    mRoute = drivenRoute();
     mLegStart << 0;
     for (int i = 1; i < mRoute.size(); ++i)
         mLegStart << mLegStart.last() + crs().distance(mRoute[i - 1], mRoute[i]);
