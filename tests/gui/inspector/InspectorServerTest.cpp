@@ -9,6 +9,7 @@
 #include "support/inspector/InspectorClient.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QTcpServer>
 #include <gtest/gtest.h>
@@ -524,6 +525,35 @@ TEST_F(InspectorServerTest, MessagesUpToOneMegabyteAreRead)
     client = std::make_unique<InspectorClient>();
     attach();
     EXPECT_EQ(client->call("DOM.enable").value("result").toObject(), QJsonObject());
+}
+
+TEST_F(InspectorServerTest, ARequestThatArrivesWithTheHandshakeIsAnswered)
+{
+    // Browsers send their first request at once: it may share a packet with the upgrade.
+    QTcpSocket socket;
+    socket.connectToHost(QStringLiteral("127.0.0.1"), mPort);
+    ASSERT_TRUE(socket.waitForConnected(5000));
+    const QByteArray payload = R"({"id":1,"method":"DOM.enable"})";
+    QByteArray frame("\x81", 1);
+    frame += char(0x80 | payload.size());
+    const QByteArray mask("\x01\x02\x03\x04", 4);
+    frame += mask;
+    for (int i = 0; i < payload.size(); ++i)
+        frame += char(payload[i] ^ mask[i % 4]);
+    socket.write("GET /devtools/page/display0 HTTP/1.1\r\nHost: 127.0.0.1\r\nUpgrade: websocket\r\n"
+                 "Connection: Upgrade\r\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n"
+                 "Sec-WebSocket-Version: 13\r\n\r\n" +
+                 frame);
+    QByteArray received;
+    QElapsedTimer timer;
+    timer.start();
+    while (!received.contains(R"({"id":1,"result":{}})") && timer.elapsed() < 5000) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        socket.waitForReadyRead(10);
+        received += socket.readAll();
+    }
+    EXPECT_TRUE(received.startsWith("HTTP/1.1 101")) << received.constData();
+    EXPECT_TRUE(received.contains(R"({"id":1,"result":{}})"));
 }
 
 TEST_F(InspectorServerTest, ASecondClientIsTurnedAwayWhileOneIsAttached)

@@ -136,8 +136,8 @@ QByteArray InspectorClient::httpRequest(quint16 port, const QByteArray& method, 
     socket.connectToHost(QStringLiteral("127.0.0.1"), port);
     if (!socket.waitForConnected(kTimeoutMs))
         return QByteArray();
-    socket.write(method + ' ' + path.toLatin1() +
-                 " HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    socket.write(method + ' ' + path.toLatin1() + " HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(port) +
+                 "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
     QByteArray response;
     QElapsedTimer timer;
     timer.start();
