@@ -36,7 +36,9 @@ InspectorOverlay::Colors colorsOf(const QJsonObject& config)
 InspectorSession::InspectorSession(QWebSocket* socket, DisplayDevice* device, QObject* parent)
     : QObject(parent), mSocket(socket), mDevice(device),
       mTree(device, [this](const QString& method, const QJsonObject& params) { sendEvent(method, params); }),
-      mOverlay(new InspectorOverlay(device))
+      mOverlay(new InspectorOverlay(device)), mScreencast(device, [this](const QJsonObject& frame) {
+          sendEvent(QStringLiteral("Page.screencastFrame"), frame);
+      })
 {
     mSocket->setParent(this);
     mTree.setExcludedView(mOverlay);
@@ -73,11 +75,16 @@ void InspectorSession::registerHandlers()
     mHandlers.insert(QStringLiteral("Overlay.hideHighlight"), &InspectorSession::hideHighlight);
     mHandlers.insert(QStringLiteral("Overlay.setInspectMode"), &InspectorSession::setInspectMode);
     mHandlers.insert(QStringLiteral("Page.captureScreenshot"), &InspectorSession::captureScreenshot);
+    mHandlers.insert(QStringLiteral("Page.startScreencast"), &InspectorSession::startScreencast);
+    mHandlers.insert(QStringLiteral("Page.stopScreencast"), &InspectorSession::stopScreencast);
+    mHandlers.insert(QStringLiteral("Page.screencastFrameAck"), &InspectorSession::screencastFrameAck);
+    mHandlers.insert(QStringLiteral("DOM.getNodeForLocation"), &InspectorSession::getNodeForLocation);
 }
 
 void InspectorSession::frameFinished()
 {
     mTree.sync();
+    mScreencast.frameFinished();
 }
 
 void InspectorSession::handleMessage(const QString& text)
@@ -327,4 +334,38 @@ InspectorSession::Reply InspectorSession::captureScreenshot(const QJsonObject& p
             Qt::QueuedConnection);
     });
     return deferred();
+}
+
+InspectorSession::Reply InspectorSession::startScreencast(const QJsonObject& params, int)
+{
+    const QString failure = mScreencast.start(params);
+    return failure.isEmpty() ? Reply() : error(kServerError, failure);
+}
+
+InspectorSession::Reply InspectorSession::stopScreencast(const QJsonObject&, int)
+{
+    mScreencast.stop();
+    return Reply();
+}
+
+InspectorSession::Reply InspectorSession::screencastFrameAck(const QJsonObject& params, int)
+{
+    mScreencast.acknowledge(params.value(QStringLiteral("sessionId")).toInt());
+    return Reply();
+}
+
+InspectorSession::Reply InspectorSession::getNodeForLocation(const QJsonObject& params, int)
+{
+    const QJsonValue x = params.value(QStringLiteral("x"));
+    const QJsonValue y = params.value(QStringLiteral("y"));
+    if (!x.isDouble() || !y.isDouble())
+        return error(kInvalidParams, QStringLiteral("Invalid parameters: 'x' and 'y' must be numbers"));
+    if (!mOverlay)
+        return error(kServerError, QStringLiteral("No node found at given location"));
+    DisplayView* view = mOverlay->viewAt(QPoint(x.toInt(), y.toInt()));
+    Reply reply;
+    reply.result.insert(QStringLiteral("backendNodeId"), mTree.nodeId(view));
+    if (const int nodeId = mTree.pushView(view))
+        reply.result.insert(QStringLiteral("nodeId"), nodeId);
+    return reply;
 }

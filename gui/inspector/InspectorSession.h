@@ -2,6 +2,7 @@
 
 #include "InspectorDomTree.h"
 #include "InspectorOverlay.h"
+#include "InspectorScreencast.h"
 
 #include <QHash>
 #include <QJsonObject>
@@ -77,10 +78,15 @@ private:
     Reply hideHighlight(const QJsonObject& params, int id);
     Reply setInspectMode(const QJsonObject& params, int id);
     Reply captureScreenshot(const QJsonObject& params, int id);
+    Reply startScreencast(const QJsonObject& params, int id);
+    Reply stopScreencast(const QJsonObject& params, int id);
+    Reply screencastFrameAck(const QJsonObject& params, int id);
+    Reply getNodeForLocation(const QJsonObject& params, int id);
 
     QWebSocket* mSocket;
     DisplayDevice* mDevice;
     InspectorDomTree mTree;
     QPointer<InspectorOverlay> mOverlay;
+    InspectorScreencast mScreencast;
     QHash<QString, Handler> mHandlers;
 };

@@ -148,3 +148,39 @@ TEST_F(InspectorOverlayGLTest, CaptureScreenshotReturnsTheFrameAsPng)
                   .value("message"),
               "Unsupported screenshot format: 'jpeg'");
 }
+
+TEST_F(InspectorOverlayGLTest, ScreencastSendsNewFramesOnlyOnceTheLastIsAcknowledged)
+{
+    const auto framesSoFar = [this] {
+        client.call("DOM.enable"); // a round trip after the frames the ticks produced
+        return client.events("Page.screencastFrame");
+    };
+    EXPECT_EQ(client.call("Page.startScreencast", {{"format", "png"}, {"maxWidth", 160}, {"maxHeight", 160}})
+                  .value("result")
+                  .toObject(),
+              QJsonObject());
+    const QJsonObject first = client.waitForEvent("Page.screencastFrame").value("params").toObject();
+    const QImage image =
+        QImage::fromData(QByteArray::fromBase64(first.value("data").toString().toLatin1()), "PNG");
+    ASSERT_EQ(image.size(), QSize(160, 100));
+    EXPECT_TRUE(colorsClose(at(image, 45, 30), kTarget.rgb(), 8));
+    EXPECT_EQ(first.value("metadata").toObject().value("deviceWidth").toInt(), 320);
+    EXPECT_EQ(first.value("sessionId").toInt(), 1);
+
+    target->moveTo(150, 100);
+    for (int i = 0; i < 3; ++i)
+        mScreen->doTick();
+    EXPECT_EQ(framesSoFar().size(), 1) << "no frame before the last one is acknowledged";
+
+    client.call("Page.screencastFrameAck", {{"sessionId", 1}});
+    mScreen->doTick();
+    const QJsonObject second = client.waitFor(
+        [](const QJsonObject& m) { return m.value("params").toObject().value("sessionId").toInt() == 2; });
+    EXPECT_FALSE(second.isEmpty());
+
+    client.call("Page.screencastFrameAck", {{"sessionId", 2}});
+    for (int i = 0; i < 3; ++i)
+        mScreen->doTick();
+    EXPECT_EQ(framesSoFar().size(), 2) << "an unchanged display sends nothing";
+    EXPECT_EQ(client.call("Page.stopScreencast").value("result").toObject(), QJsonObject());
+}

@@ -476,6 +476,12 @@ TEST_F(InspectorServerTest, PushingABackendNodeSendsTheMissingLevelsAbove)
     EXPECT_EQ(levels[1].value("parentId").toInt(), idOf(full, "views"));
     EXPECT_EQ(levels[2].value("parentId").toInt(), idOf(full, "row"));
     EXPECT_EQ(ids(levels[2].value("nodes").toArray()), QStringList({"fixed", "flexible"}));
+
+    // Pointing at the display finds the deepest view; empty space is the device.
+    const QJsonObject atFlexible = client->result("DOM.getNodeForLocation", {{"x", 200}, {"y", 300}});
+    EXPECT_EQ(atFlexible, QJsonObject({{"backendNodeId", flexibleId}, {"nodeId", flexibleId}}));
+    const QJsonObject atNothing = client->result("DOM.getNodeForLocation", {{"x", 700}, {"y", 50}});
+    EXPECT_EQ(atNothing.value("nodeId").toInt(), screenId);
 }
 
 TEST_F(InspectorServerTest, MalformedRequestsGetErrorsAndTheSessionGoesOn)
