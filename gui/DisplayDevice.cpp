@@ -12,6 +12,7 @@
 #include "TouchOwnership.h"
 #include "ViewBufferManager.h"
 #include "input/touch/TouchDevice.h"
+#include "inspector/InspectorServer.h"
 
 #include <GLExtensions.h>
 #include <GLFunctions.h>
@@ -93,6 +94,15 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     mCompositeRegion = QRegion();
     mFrameNeeded = false;
 
+    const int inspectorPort = InspectorServer::configuredPort();
+    if (inspectorPort > 0 &&
+        ORBIS_ASSERT(inspectorPort + screen <= 65535,
+                     QStringLiteral("The inspector port is out of range: %1").arg(inspectorPort + screen))) {
+        mInspector = std::make_unique<InspectorServer>(this);
+        if (!mInspector->listen(quint16(inspectorPort + screen)))
+            mInspector.reset();
+    }
+
     mTimer.setObjectName(QStringLiteral("UITick"));
     mTimer.setSingleShot(false);
     connect(&mTimer, SIGNAL(timeout()), this, SLOT(doTick()));
@@ -148,6 +158,8 @@ void DisplayDevice::changeTextureCacheSize(int megabytes)
 
 DisplayDevice::~DisplayDevice()
 {
+    // The inspector's client goes first: its overlay is part of the tree.
+    mInspector.reset();
     // Layer framebuffers belong to the window's context.
     makeCurrent();
     // The tree goes first, while the device can still drop its references to it.
