@@ -23,6 +23,7 @@ namespace {
 static const char* const kLogSource = "gui/Style";
 
 ConfigBoolValue gRuntimeStyling("ui/runtime_styling", false);
+ConfigBoolValue gReleaseUnusedStyles("ui/release_unused_styles", false);
 
 std::atomic<bool> gDevelopmentCar{false};
 
@@ -143,7 +144,7 @@ Style::StyleData* StyleManager::lookupOrCreateWritten(const QString& text)
     if (known != mWrittenSpecs.cend())
         return known.value();
     // Nothing is under construction here, so every unused style can go.
-    if (mCreationOrder.size() >= mSweepAt)
+    if (mCreationOrder.size() >= mSweepAt && gReleaseUnusedStyles.value())
         releaseUnusedStyles();
     Style::StyleData* data = lookupOrCreateSpec(Style::normalizedSpec(text), true);
     mWrittenSpecs.insert(text, data);
