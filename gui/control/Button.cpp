@@ -124,7 +124,6 @@ Label* Button::titleLabel()
         font.setPixelSize(metricsFor(mType).fontSize);
         mTitle->setFont(font);
         mTitle->applyTextStyle(style());
-        keepTitleOutOfFlow();
         placeTitle();
         refreshLook();
     }
@@ -377,13 +376,6 @@ void Button::layoutImplChanged()
     ControlBase::layoutImplChanged();
     if (CssLayout* css = cssLayout())
         css->setOption(CssLayout::Measure, true);
-    keepTitleOutOfFlow();
-}
-
-void Button::keepTitleOutOfFlow()
-{
-    if (mTitle && usesCssLayout() && mTitle->cssPositionType() != CSS_POSITION_ABSOLUTE)
-        mTitle->setCssPositionType(CSS_POSITION_ABSOLUTE);
 }
 
 void Button::resized()

@@ -89,7 +89,6 @@ private:
     void refreshLook();
     QRect contentRect() const;
     QRect iconRect() const;
-    void keepTitleOutOfFlow();
     void placeTitle();
     int typeHeight() const;
 
