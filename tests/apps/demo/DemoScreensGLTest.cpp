@@ -61,6 +61,9 @@ void publishFixedVehicle()
     publish(mediaArtist, VehicleSimulator::tracks()[0].artist);
     publish(mediaCover, VehicleSimulator::tracks()[0].cover);
     publish(mediaDuration, VehicleSimulator::tracks()[0].seconds);
+    publish(mediaNextTitle, VehicleSimulator::tracks()[1].title);
+    publish(mediaNextArtist, VehicleSimulator::tracks()[1].artist);
+    publish(mediaNextCover, VehicleSimulator::tracks()[1].cover);
     publish(mediaPosition, 83);
     publish(mediaPlaying, true);
     publish(driverTemperature, 21.5);
