@@ -163,6 +163,14 @@ TEST_F(DemoScreensGLTest, EveryScreenLooksAsItShould)
     settle(settings);
     EXPECT_EQ(mDisplay->screenName(), QStringLiteral("settings/charging"));
     EXPECT_TRUE(matchesReference(frame(), QStringLiteral("settings-charging")));
+
+    // The night mode switch's value turns the whole display to the night skin.
+    mDisplay->showScreen(QStringLiteral("home"), false);
+    publish(VehicleData::nightMode, true);
+    settle(mDisplay->currentScreen());
+    EXPECT_TRUE(matchesReference(frame(), QStringLiteral("home-night")));
+    publish(VehicleData::nightMode, false);
+    step();
     EXPECT_TRUE(log.assertions().isEmpty()) << log.assertions().join('\n').toStdString();
 }
 
@@ -222,6 +230,7 @@ TEST_F(DemoScreensGLTest, TheScrollSceneScrollsAtItsSpeed)
     EXPECT_EQ(scene.list()->rowHeight(7), 64);
     EXPECT_EQ(scene.list()->size(), QSize(800, 640));
     EXPECT_EQ(scene.list()->parentView()->y(), 80);
+    EXPECT_TRUE(matchesReference(frame(), QStringLiteral("scroll")));
     EXPECT_TRUE(log.assertions().isEmpty()) << log.assertions().join('\n').toStdString();
 }
 
