@@ -47,6 +47,17 @@ void HomeScreen::buildMedia(DisplayView* parent)
     artist->refreshValue();
 
     box(card, "spacer", "Demo/Spacer");
+    auto* next = new Panel(card, "next", QStringLiteral("Home/Next"));
+    mNextCover = box(next, "cover", "Home/NextCover");
+    DisplayView* nextText = box(next, "text", "Home/NextText");
+    new Label(nextText, "caption", tr("UP NEXT"), QStringLiteral("Home/NextCaption"));
+    auto* nextTitle = new Label(nextText, "title", QString(), QStringLiteral("Home/NextTitle"));
+    nextTitle->setValueSource(VehicleData::mediaNextTitle);
+    nextTitle->refreshValue();
+    auto* nextArtist = new Label(nextText, "artist", QString(), QStringLiteral("Home/NextArtist"));
+    nextArtist->setValueSource(VehicleData::mediaNextArtist);
+    nextArtist->refreshValue();
+    box(card, "spacer", "Demo/Spacer");
     mProgress = new ProgressBar(card, "progress", QStringLiteral("Home/Progress"));
     DisplayView* times = box(card, "times", "Home/Times");
     mElapsed = new Label(times, "elapsed", QString(), QStringLiteral("Home/Time"));
@@ -62,6 +73,7 @@ void HomeScreen::buildMedia(DisplayView* parent)
     connect(mPlay, &Button::clicked, this, &HomeScreen::playClicked);
 
     dvConnect(VehicleData::mediaCover, SLOT(coverChanged(DataValue*)), true);
+    dvConnect(VehicleData::mediaNextCover, SLOT(coverChanged(DataValue*)), true);
     dvConnect(VehicleData::mediaPosition, SLOT(positionChanged(DataValue*)), true);
     dvConnect(VehicleData::mediaDuration, SLOT(positionChanged(DataValue*)), true);
     dvConnect(VehicleData::mediaPlaying, SLOT(playingChanged(DataValue*)), true);
@@ -100,7 +112,8 @@ void HomeScreen::activate(bool active)
 void HomeScreen::coverChanged(DataValue* value)
 {
     const QString name = read(*value).toString();
-    mCover->setBackground(name.isEmpty() ? DisplayImage() : DisplayImage(name));
+    DisplayView* cover = value == &VehicleData::mediaNextCover ? mNextCover : mCover;
+    cover->setBackground(name.isEmpty() ? DisplayImage() : DisplayImage(name));
 }
 
 void HomeScreen::positionChanged(DataValue*)

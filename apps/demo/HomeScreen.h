@@ -38,6 +38,7 @@ private:
     void buildEnergy(DisplayView* parent);
 
     DisplayView* mCover = nullptr;
+    DisplayView* mNextCover = nullptr;
     Label* mTitle = nullptr;
     ProgressBar* mProgress = nullptr;
     Label* mElapsed = nullptr;

@@ -24,6 +24,8 @@ SettingsRow::SettingsRow(DisplayView* parent, SettingsModel::Entry::Kind kind)
     case Entry::Level:
         mSlider = new Slider(this, "slider");
         mSlider->setStyle(Style(QStringLiteral("Settings/Slider")));
+        mLevel = new Label(this, "level", QString(), QStringLiteral("Settings/Level"));
+        connect(mSlider, qOverload<Slider*, double>(&Slider::valueChanged), this, &SettingsRow::levelChanged);
         break;
     case Entry::Choice:
     case Entry::Page:
@@ -61,7 +63,15 @@ void SettingsRow::bind(const SettingsModel::Entry& entry)
         mSlider->setStep(entry.step);
         mSlider->setValue(value);
         mSlider->setValueSource(*entry.value);
+        levelChanged(mSlider, mSlider->value());
     }
+}
+
+void SettingsRow::levelChanged(Slider* slider, double value)
+{
+    // Levels of 0 to 1 read as percentages; others are percentages already.
+    const double percent = slider->maximum() <= 1 ? value * 100 : value;
+    mLevel->setText(QStringLiteral("%1 %").arg(qRound(percent)));
 }
 
 void SettingsRow::unbind()

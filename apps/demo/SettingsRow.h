@@ -22,10 +22,14 @@ public:
     Switch* toggle() const { return mSwitch; }
     Slider* slider() const { return mSlider; }
 
+private slots:
+    void levelChanged(Slider* slider, double value);
+
 private:
     SettingsModel::Entry::Kind mKind;
     Label* mTitle = nullptr;
     Label* mDetail = nullptr;
     Switch* mSwitch = nullptr;
     Slider* mSlider = nullptr;
+    Label* mLevel = nullptr;
 };

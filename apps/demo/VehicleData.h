@@ -19,6 +19,9 @@ extern DataValue position;           // [latitude, longitude, heading] of the la
 extern StringDataValue mediaTitle;
 extern StringDataValue mediaArtist;
 extern StringDataValue mediaCover; // picture name in the assets folder
+extern StringDataValue mediaNextTitle;
+extern StringDataValue mediaNextArtist;
+extern StringDataValue mediaNextCover;
 extern DataValue mediaPosition;    // seconds into the track
 extern DataValue mediaDuration;    // seconds
 extern DataValue mediaPlaying;     // bool, written by the display too

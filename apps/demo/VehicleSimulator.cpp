@@ -196,6 +196,15 @@ void VehicleSimulator::publish(bool fix)
         mediaCover.setValue(track.cover);
         mediaDuration.setValue(track.seconds);
     }
+    const Track& next = tracks()[(s.track + 1) % tracks().size()];
+    {
+        DataValue::EventLocker titleLock(mediaNextTitle);
+        DataValue::EventLocker artistLock(mediaNextArtist);
+        DataValue::EventLocker coverLock(mediaNextCover);
+        mediaNextTitle.setValue(next.title);
+        mediaNextArtist.setValue(next.artist);
+        mediaNextCover.setValue(next.cover);
+    }
     set(mediaPosition, std::floor(s.mediaSeconds));
     if (fix)
         set(position, QVariantList{s.position.latitude(), s.position.longitude(), s.heading});

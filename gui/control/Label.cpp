@@ -5,7 +5,6 @@
 #include "Skin.h"
 
 #include <DataValue.h>
-#include <QRegularExpression>
 #include <cmath>
 
 namespace {
@@ -176,11 +175,9 @@ void Label::valueChanged(bool, double value)
         setText(mInvalidText);
         return;
     }
-    // "-0" is no temperature anyone wants to read.
-    QString number = QString::number(value, 'f', mPrecision);
-    if (number.startsWith(QLatin1Char('-')) && QString(number).remove(QRegularExpression("[-0.]")).isEmpty())
-        number.remove(0, 1);
-    showValue(number);
+    // "-0" is no temperature anyone wants to read: what rounds to zero shows as zero.
+    const double half = 0.5 * std::pow(10.0, -mPrecision);
+    showValue(QString::number(std::abs(value) < half ? 0.0 : value, 'f', mPrecision));
 }
 
 void Label::valueChanged(bool, QString value)

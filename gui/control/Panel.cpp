@@ -59,11 +59,16 @@ void Panel::setStyle(const Style& style)
     setStroke(stroke, width);
 }
 
+int Panel::radiusFor(const QRect& rect) const
+{
+    return qMin(mRadius, qMin(rect.width(), rect.height()) / 2);
+}
+
 void Panel::drawShape(QPainter& painter, const QRect& rect, const QColor& color) const
 {
     if (!color.isValid() || rect.isEmpty())
         return;
-    const int radius = qMin(mRadius, qMin(rect.width(), rect.height()) / 2);
+    const int radius = radiusFor(rect);
     if (radius == 0) {
         DrawingContext(painter).fillRect(rect, color);
         return;
@@ -77,8 +82,7 @@ void Panel::draw(QPainter& painter)
     const QColor fill = mFill.color();
     const QColor stroke = mStrokeWidth > 0 ? mStroke.color() : QColor();
     if (stroke.isValid()) {
-        const int radius = qMin(mRadius, qMin(width(), height()) / 2);
-        ControlShapes::roundedRect(radius, fill, stroke, mStrokeWidth).draw(painter, area);
+        ControlShapes::roundedRect(radiusFor(area), fill, stroke, mStrokeWidth).draw(painter, area);
     } else {
         drawShape(painter, area, fill);
     }

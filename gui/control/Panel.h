@@ -26,10 +26,13 @@ public:
     void draw(QPainter& painter) override;
 
 protected:
-    // The rounded shape over `rect` in `color`, clipped to the panel's radius.
+    // The panel's rounded shape over `rect` in `color`; the radius shrinks to half the
+    // shorter side where `rect` is smaller.
     void drawShape(QPainter& painter, const QRect& rect, const QColor& color) const;
 
 private:
+    int radiusFor(const QRect& rect) const;
+
     SkinColor mFill;
     SkinColor mStroke;
     int mRadius = 0;

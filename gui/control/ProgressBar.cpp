@@ -16,32 +16,18 @@ ProgressBar::ProgressBar(DisplayView* parent, const char* name, const QString& s
 
 void ProgressBar::setRange(double minimum, double maximum)
 {
-    if (!(minimum < maximum)) {
+    if (!mProgress.setRange(minimum, maximum)) {
         viewAssert("minimum < maximum",
                    QStringLiteral("Invalid progress range %1 to %2 View: %3").arg(minimum).arg(maximum),
                    __LINE__);
         return;
     }
-    mMinimum = minimum;
-    mMaximum = maximum;
-    setValue(mValue);
-}
-
-double ProgressBar::fraction(double value) const
-{
-    return (value - mMinimum) / (mMaximum - mMinimum);
+    update();
 }
 
 void ProgressBar::setValue(double value, bool animated)
 {
-    if (!std::isfinite(value))
-        value = mMinimum;
-    mValue = qBound(mMinimum, value, mMaximum);
-    const double target = fraction(mValue);
-    if (animated && target != mShown.value())
-        mShown.ease(target, kGlideSeconds, 0, InterpolatedValue::EaseOutQuad, true);
-    else
-        mShown.setValue(target);
+    mProgress.setValue(value, animated, kGlideSeconds);
     update();
 }
 
@@ -69,7 +55,7 @@ QSizeF ProgressBar::naturalSize(double width)
 void ProgressBar::draw(QPainter& painter)
 {
     Panel::draw(painter);
-    const double shown = qBound(0.0, mShown.value(), 1.0);
+    const double shown = qBound(0.0, mProgress.shown(), 1.0);
     if (shown <= 0)
         return;
     const bool vertical = height() > width();
@@ -86,7 +72,7 @@ void ProgressBar::draw(QPainter& painter)
 void ProgressBar::tick()
 {
     Panel::tick();
-    if (mShown.active() && mShown.update())
+    if (mProgress.advance())
         update();
 }
 

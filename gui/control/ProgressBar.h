@@ -1,7 +1,7 @@
 #pragma once
 
-#include "InterpolatedValue.h"
 #include "Panel.h"
+#include "ProgressValue.h"
 
 // How far something has got: a rounded track (the panel's fill) filled from the
 // left, or from the bottom when vertical, in the style's Color up to the value's
@@ -17,13 +17,13 @@ public:
 
     // A minimum not below the maximum is reported and the range stays as it was.
     void setRange(double minimum, double maximum);
-    double minimum() const { return mMinimum; }
-    double maximum() const { return mMaximum; }
+    double minimum() const { return mProgress.minimum(); }
+    double maximum() const { return mProgress.maximum(); }
     // Clamped to the range.
     void setValue(double value, bool animated = false);
-    double value() const { return mValue; }
+    double value() const { return mProgress.value(); }
     // Where the fill ends as a fraction of the track, as drawn this frame.
-    double shownFraction() const { return mShown.value(); }
+    double shownFraction() const { return mProgress.shown(); }
     void setBarColor(const SkinColor& color);
     const SkinColor& barColor() const { return mBarColor; }
 
@@ -36,11 +36,6 @@ public:
     static constexpr double kGlideSeconds = 0.25;
 
 private:
-    double fraction(double value) const;
-
-    double mMinimum = 0;
-    double mMaximum = 1;
-    double mValue = 0;
-    InterpolatedValue mShown;
+    ProgressValue mProgress;
     SkinColor mBarColor;
 };

@@ -19,27 +19,18 @@ ProgressRing::ProgressRing(DisplayView* parent, const char* name, const QString&
 
 void ProgressRing::setRange(double minimum, double maximum)
 {
-    if (!(minimum < maximum)) {
+    if (!mProgress.setRange(minimum, maximum)) {
         viewAssert("minimum < maximum",
                    QStringLiteral("Invalid progress range %1 to %2 View: %3").arg(minimum).arg(maximum),
                    __LINE__);
         return;
     }
-    mMinimum = minimum;
-    mMaximum = maximum;
-    setValue(mValue);
+    update();
 }
 
 void ProgressRing::setValue(double value, bool animated)
 {
-    if (!std::isfinite(value))
-        value = mMinimum;
-    mValue = qBound(mMinimum, value, mMaximum);
-    const double target = (mValue - mMinimum) / (mMaximum - mMinimum);
-    if (animated && target != mShown.value())
-        mShown.ease(target, kGlideSeconds, 0, InterpolatedValue::EaseOutQuad, true);
-    else
-        mShown.setValue(target);
+    mProgress.setValue(value, animated, kGlideSeconds);
     update();
 }
 
@@ -120,7 +111,7 @@ void ProgressRing::draw(QPainter& painter)
         painter.setPen(QPen(track, mThickness));
         painter.drawPath(ring);
     }
-    const double sweep = qBound(0.0, mShown.value(), 1.0) * 360.0;
+    const double sweep = qBound(0.0, mProgress.shown(), 1.0) * 360.0;
     if (sweep > 0) {
         QPainterPath arc;
         arc.arcMoveTo(circle, 90);
@@ -142,7 +133,7 @@ void ProgressRing::applyTurn()
 void ProgressRing::tick()
 {
     DisplayView::tick();
-    if (mShown.active() && mShown.update())
+    if (mProgress.advance())
         update();
     applyTurn();
 }

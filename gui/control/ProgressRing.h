@@ -2,7 +2,7 @@
 
 #include "DisplayView.h"
 #include "ElapsedTimer.h"
-#include "InterpolatedValue.h"
+#include "ProgressValue.h"
 #include "SkinColor.h"
 
 // A ring drawn with paths: a track circle (the style's StrokeColor) and an arc from
@@ -21,13 +21,13 @@ public:
 
     // A minimum not below the maximum is reported and the range stays as it was.
     void setRange(double minimum, double maximum);
-    double minimum() const { return mMinimum; }
-    double maximum() const { return mMaximum; }
+    double minimum() const { return mProgress.minimum(); }
+    double maximum() const { return mProgress.maximum(); }
     // Clamped to the range.
     void setValue(double value, bool animated = false);
-    double value() const { return mValue; }
+    double value() const { return mProgress.value(); }
     // The arc's sweep as a fraction of the circle, as drawn this frame.
-    double shownFraction() const { return mShown.value(); }
+    double shownFraction() const { return mProgress.shown(); }
     void setArcColor(const SkinColor& color);
     void setTrackColor(const SkinColor& color);
     void setThickness(int pixels);
@@ -49,10 +49,7 @@ public:
 private:
     void applyTurn();
 
-    double mMinimum = 0;
-    double mMaximum = 1;
-    double mValue = 0;
-    InterpolatedValue mShown;
+    ProgressValue mProgress;
     SkinColor mArcColor;
     SkinColor mTrackColor;
     int mThickness = 8;
