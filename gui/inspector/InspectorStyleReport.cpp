@@ -6,7 +6,9 @@
 #include "StyleManager.h"
 
 #include <QFont>
+#include <QHash>
 #include <QStringList>
+#include <cmath>
 
 namespace {
 
@@ -127,6 +129,31 @@ void addFlexProperties(QVector<InspectorStyleReport::Property>& out, DisplayView
     addEdges(out, "css-border", view, &DisplayView::cssBorder);
 }
 
+// The flex binding's "css-..." entry under the name the tools know for it.
+QString standardName(const QString& cssName)
+{
+    static const QHash<QString, QString> renamed = {
+        {QStringLiteral("css-position-type"), QStringLiteral("position")},
+        {QStringLiteral("css-position-left"), QStringLiteral("left")},
+        {QStringLiteral("css-position-top"), QStringLiteral("top")},
+        {QStringLiteral("css-position-right"), QStringLiteral("right")},
+        {QStringLiteral("css-position-bottom"), QStringLiteral("bottom")},
+        {QStringLiteral("css-position-start"), QStringLiteral("inset-inline-start")},
+        {QStringLiteral("css-position-end"), QStringLiteral("inset-inline-end")},
+        {QStringLiteral("css-margin-start"), QStringLiteral("margin-inline-start")},
+        {QStringLiteral("css-margin-end"), QStringLiteral("margin-inline-end")},
+        {QStringLiteral("css-padding-start"), QStringLiteral("padding-inline-start")},
+        {QStringLiteral("css-padding-end"), QStringLiteral("padding-inline-end")},
+        {QStringLiteral("css-border-start"), QStringLiteral("border-inline-start-width")},
+        {QStringLiteral("css-border-end"), QStringLiteral("border-inline-end-width")}};
+    const QString name = renamed.value(cssName);
+    if (!name.isEmpty())
+        return name;
+    if (cssName.startsWith(QLatin1String("css-border-")))
+        return cssName.mid(4) + QStringLiteral("-width");
+    return cssName.mid(4);
+}
+
 template <typename T> QString joined(const QList<T>& values)
 {
     QStringList parts;
@@ -154,6 +181,17 @@ QJsonObject cssStyle(const QVector<InspectorStyleReport::Property>& properties)
 {
     return QJsonObject{{QStringLiteral("cssProperties"), InspectorStyleReport::toCssProperties(properties)},
                        {QStringLiteral("shorthandEntries"), QJsonArray()}};
+}
+
+QJsonObject namedRule(const QString& selector, const QVector<InspectorStyleReport::Property>& properties)
+{
+    const QJsonObject selectors{
+        {QStringLiteral("selectors"), QJsonArray{QJsonObject{{QStringLiteral("text"), selector}}}},
+        {QStringLiteral("text"), selector}};
+    const QJsonObject rule{{QStringLiteral("selectorList"), selectors},
+                           {QStringLiteral("origin"), QStringLiteral("regular")},
+                           {QStringLiteral("style"), cssStyle(properties)}};
+    return QJsonObject{{QStringLiteral("rule"), rule}, {QStringLiteral("matchingSelectors"), QJsonArray{0}}};
 }
 
 } // namespace
@@ -252,6 +290,14 @@ QJsonObject InspectorStyleReport::matchedStyles(DisplayView* view)
                                {QStringLiteral("style"), cssStyle(styleAttributes(named))}};
         rules.append(QJsonObject{{QStringLiteral("rule"), rule},
                                  {QStringLiteral("matchingSelectors"), QJsonArray{0}}});
+    }
+    // What the flex binding holds (from the style and from direct calls) applies last.
+    if (view->usesCssLayout()) {
+        QVector<Property> flex;
+        addFlexProperties(flex, view);
+        for (Property& property : flex)
+            property.first = standardName(property.first);
+        rules.append(namedRule(QStringLiteral("CssLayout"), flex));
     }
     return QJsonObject{{QStringLiteral("inlineStyle"), cssStyle(inlineProperties)},
                        {QStringLiteral("matchedCSSRules"), rules},

@@ -21,7 +21,9 @@ public:
     // binding's properties as "css-..." for flex views, then the style's attributes.
     static QVector<Property> computedStyle(DisplayView* view);
     // The result of CSS.getMatchedStylesForNode: the style string's own "Key:Value"
-    // parts as the inline style, one rule per named style in the order they apply.
+    // parts as the inline style, one rule per named style in the order they apply,
+    // and for flex views a last rule "CssLayout" with the flex binding's values under
+    // the standard property names (css-flex-direction as flex-direction, ...).
     static QJsonObject matchedStyles(DisplayView* view);
     // The result of DOM.getBoxModel.
     static QJsonObject boxModel(DisplayView* view);

@@ -5,6 +5,7 @@
 #include "StyleManager.h"
 #include "inspector/InspectorSession.h"
 #include "support/ColorView.h"
+#include "support/QtPrinters.h"
 #include "support/ScopedStyleAssets.h"
 #include "support/inspector/InspectorClient.h"
 
@@ -372,6 +373,25 @@ TEST_F(InspectorServerTest, MatchedStylesListTheNamedStylesInTheOrderTheyApply)
     EXPECT_EQ(matched.value("inlineStyle").toObject().value("cssProperties").toArray(),
               QJsonArray({QJsonObject{{"name", "FontSize"}, {"value", "24"}}}));
     panel->setStyle(Style()); // before the styles' manager goes
+
+    // A flex view shows its binding's values last, under the names the tools know.
+    const QJsonArray flexRules = nodeCall("CSS.getMatchedStylesForNode", idOf(root, "flexible"))
+                                     .value("result")
+                                     .toObject()
+                                     .value("matchedCSSRules")
+                                     .toArray();
+    ASSERT_EQ(flexRules.size(), 1);
+    const QJsonObject layoutRule = flexRules[0].toObject().value("rule").toObject();
+    EXPECT_EQ(layoutRule.value("selectorList").toObject().value("text").toString(), "CssLayout");
+    QHash<QString, QString> values;
+    for (const QJsonValue& p : layoutRule.value("style").toObject().value("cssProperties").toArray())
+        values.insert(p.toObject().value("name").toString(), p.toObject().value("value").toString());
+    EXPECT_EQ(values.value("flex"), "1");
+    EXPECT_EQ(values.value("width"), "auto");
+    EXPECT_EQ(values.value("position"), "relative");
+    EXPECT_EQ(values.value("margin-left"), "5px");
+    EXPECT_EQ(values.value("border-top-width"), "0px");
+    EXPECT_FALSE(values.contains("css-flex"));
 }
 
 TEST_F(InspectorServerTest, TreeChangesArriveAsEventsAfterTheFrame)
