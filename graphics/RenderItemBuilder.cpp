@@ -1,5 +1,7 @@
 #include "RenderItemBuilder.h"
 
+#include "CoverageMaskCache.h"
+
 #include "AlphaTextureShaderUsage.h"
 #include "ColorShaderUsage.h"
 #include "ColorTextureShaderUsage.h"
@@ -396,15 +398,8 @@ void RenderItemBuilder::appendCoverage(
     const QRect bounds = outline.boundingRect().toAlignedRect();
     if (bounds.isEmpty() || outsideClip(bounds))
         return;
-    QImage coverage(bounds.size(), QImage::Format_Alpha8);
-    coverage.fill(0);
-    {
-        QPainter painter(&coverage);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.translate(-bounds.topLeft());
-        painter.fillPath(outline, Qt::black);
-    }
-    appendShape(usageFor(TextureCache::instance()->addOrLookup(coverage)), Shape(QRectF(bounds)), true);
+    const CoverageMaskCache::Mask mask = CoverageMaskCache::instance()->mask(outline, bounds);
+    appendShape(usageFor(mask.key), Shape(QRectF(bounds), QTransform(), mask.insets), true);
 }
 
 void RenderItemBuilder::stroke(const QVector<QVector2D>& points, const Geometry::StrokeProps& props,
