@@ -13,6 +13,7 @@
 #include "ViewBufferManager.h"
 #include "input/touch/TouchDevice.h"
 
+#include <CoverageMaskCache.h>
 #include <GLExtensions.h>
 #include <GLFunctions.h>
 #include <GLStateManager.h>
@@ -163,6 +164,7 @@ DisplayDevice::~DisplayDevice()
         gfx::ShaderCache::instance()->releaseAll();
         if (Singleton<gfx::GlyphCache>::exists())
             gfx::GlyphCache::instance()->releaseTextures();
+        Singleton<gfx::CoverageMaskCache>::reset();
         if (Singleton<gfx::TextureCache>::exists()) {
             gfx::TextureCache::instance()->clear();
             gfx::TextureCache::instance()->destroyExpiredTextures();
