@@ -3,7 +3,6 @@
 #include "Geometry.h"
 #include "GlyphCache.h"
 #include "GlyphRun.h"
-
 #include "Shape.h"
 
 #include <QRegion>
@@ -26,6 +25,7 @@ void appendQuad(Geometry& geometry, const QRect& area, const QRect& quad, const 
                         << Vertex{x0, y0, u0, v0} << Vertex{x1, y1, u1, v1} << Vertex{x0, y1, u0, v1};
     geometry.setRect(geometry.rect() | area);
 }
+
 // A turned quad, cut to the clip, as a triangle fan per polygon.
 void appendShape(Geometry& geometry, const Shape& shape)
 {

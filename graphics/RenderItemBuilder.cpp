@@ -1,5 +1,7 @@
 #include "RenderItemBuilder.h"
 
+#include "CoverageMaskCache.h"
+
 #include "AlphaTextureShaderUsage.h"
 #include "ColorShaderUsage.h"
 #include "ColorTextureShaderUsage.h"
@@ -268,25 +270,15 @@ void RenderItemBuilder::drawImageSlice(const QRect& target, const Shape& clip, c
     if (slice.isNull() || target.isEmpty())
         return;
     const QRegion visible = visibleOf(target, clip);
-    Geometry* head = nullptr;
-    Geometry* tail = nullptr;
-    for (int bit = ImageSlice::TopLeft; bit <= ImageSlice::BottomRight; bit <<= 1) {
-        const auto part = ImageSlice::Slice(bit);
-        const QRect area = slice.target(part, target);
+    appendSlice(slice, target, parts, [&](const QRect& area, const TexCoordInsets& insets) -> Geometry* {
         const QRegion shown = visible & area;
-        if (!parts.testFlag(part) || shown.isEmpty())
-            continue;
+        if (shown.isEmpty())
+            return nullptr;
         auto* g = new Geometry(Geometry::kTextureRects);
         g->setRegion(shown);
-        g->setTextureMapping(area, insetsOf(slice.source(part), slice.size()));
-        if (tail)
-            tail->setNext(g);
-        else
-            head = g;
-        tail = g;
-    }
-    if (head)
-        appendGeometry(new TextureShaderUsage(slice.texture(), slice.hasAlpha()), head);
+        g->setTextureMapping(area, insets);
+        return g;
+    });
 }
 
 void RenderItemBuilder::drawImageSlice(const QRect& target, const QTransform& transform, const Shape& clip,
@@ -299,6 +291,20 @@ void RenderItemBuilder::drawImageSlice(const QRect& target, const QTransform& tr
     if (slice.isNull() || target.isEmpty())
         return;
     const QRegion visible = visibleOf(transform.mapRect(QRectF(target)).toAlignedRect(), clip);
+    appendSlice(slice, target, parts, [&](const QRect& area, const TexCoordInsets& insets) -> Geometry* {
+        const Shape shape = Shape(QRectF(area), transform, insets).clipped(visible);
+        if (shape.deepIsEmpty())
+            return nullptr;
+        auto* g = new Geometry(Geometry::kTextureShape);
+        g->setShape(shape);
+        return g;
+    });
+}
+
+void RenderItemBuilder::appendSlice(
+    const ImageSlice& slice, const QRect& target, QFlags<ImageSlice::Slice> parts,
+    const std::function<Geometry*(const QRect& area, const TexCoordInsets& insets)>& geometryOf)
+{
     Geometry* head = nullptr;
     Geometry* tail = nullptr;
     for (int bit = ImageSlice::TopLeft; bit <= ImageSlice::BottomRight; bit <<= 1) {
@@ -306,12 +312,9 @@ void RenderItemBuilder::drawImageSlice(const QRect& target, const QTransform& tr
         const QRect area = slice.target(part, target);
         if (!parts.testFlag(part) || area.isEmpty())
             continue;
-        const Shape shape =
-            Shape(QRectF(area), transform, insetsOf(slice.source(part), slice.size())).clipped(visible);
-        if (shape.deepIsEmpty())
+        Geometry* g = geometryOf(area, insetsOf(slice.source(part), slice.size()));
+        if (!g)
             continue;
-        auto* g = new Geometry(Geometry::kTextureShape);
-        g->setShape(shape);
         if (tail)
             tail->setNext(g);
         else
@@ -396,15 +399,8 @@ void RenderItemBuilder::appendCoverage(
     const QRect bounds = outline.boundingRect().toAlignedRect();
     if (bounds.isEmpty() || outsideClip(bounds))
         return;
-    QImage coverage(bounds.size(), QImage::Format_Alpha8);
-    coverage.fill(0);
-    {
-        QPainter painter(&coverage);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.translate(-bounds.topLeft());
-        painter.fillPath(outline, Qt::black);
-    }
-    appendShape(usageFor(TextureCache::instance()->addOrLookup(coverage)), Shape(QRectF(bounds)), true);
+    const CoverageMaskCache::Mask mask = CoverageMaskCache::instance()->mask(outline, bounds);
+    appendShape(usageFor(mask.key), Shape(QRectF(bounds), QTransform(), mask.insets), true);
 }
 
 void RenderItemBuilder::stroke(const QVector<QVector2D>& points, const Geometry::StrokeProps& props,

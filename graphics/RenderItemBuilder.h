@@ -149,6 +149,11 @@ public:
 private:
     Geometry* geometryFor(const Shape& shape, bool textured) const;
     QRegion visibleOf(const QRect& bounds, const Shape& clip) const;
+    // One item for the chosen parts of a nine-patch, each part's geometry made
+    // from its target area and texture insets (nullptr where nothing shows).
+    void
+    appendSlice(const ImageSlice& slice, const QRect& target, QFlags<ImageSlice::Slice> parts,
+                const std::function<Geometry*(const QRect& area, const TexCoordInsets& insets)>& geometryOf);
     void appendGeometry(ShaderUsage* usage, Geometry* geometry, const QMatrix4x4& matrix = QMatrix4x4());
     void appendShape(ShaderUsage* usage, const Shape& shape, bool textured);
     void appendTransformedShape(ShaderUsage* usage, const Shape& shape, const QMatrix4x4& matrix);

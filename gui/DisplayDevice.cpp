@@ -14,6 +14,7 @@
 #include "input/touch/TouchDevice.h"
 #include "inspector/InspectorServer.h"
 
+#include <CoverageMaskCache.h>
 #include <GLExtensions.h>
 #include <GLFunctions.h>
 #include <GLStateManager.h>
@@ -175,6 +176,7 @@ DisplayDevice::~DisplayDevice()
         gfx::ShaderCache::instance()->releaseAll();
         if (Singleton<gfx::GlyphCache>::exists())
             gfx::GlyphCache::instance()->releaseTextures();
+        Singleton<gfx::CoverageMaskCache>::reset();
         if (Singleton<gfx::TextureCache>::exists()) {
             gfx::TextureCache::instance()->clear();
             gfx::TextureCache::instance()->destroyExpiredTextures();
