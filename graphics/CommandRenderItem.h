@@ -11,8 +11,9 @@ struct RenderState;
 class CommandRenderItem : public CustomRenderItem
 {
 public:
-    CommandRenderItem(ICustomRenderer* renderer, const QRect& target, const QRect& source)
-        : mRenderer(renderer), mTarget(target), mSource(source)
+    CommandRenderItem(ICustomRenderer* renderer, const QRect& target, const QRect& source,
+                      const QMatrix4x4& matrix = QMatrix4x4())
+        : mRenderer(renderer), mTarget(target), mSource(source), mMatrix(matrix)
     {}
 
     CommandRenderItem* customRenderItemCast() override { return this; }
@@ -22,6 +23,8 @@ private:
     ICustomRenderer* mRenderer;
     QRect mTarget;
     QRect mSource;
+    // From `mTarget`'s coordinates to the pass's item coordinates.
+    QMatrix4x4 mMatrix;
 };
 
 } // namespace gfx

@@ -57,6 +57,8 @@ public:
     int pageCount() const { return mPages.size(); }
 
     PageInfo page(unsigned int page) const override;
+    // A page's pixels as they are uploaded (null for a page that does not exist).
+    QImage pageImage(unsigned int page) const;
     GLuint activePageTexture(unsigned int page) override;
     // Forgets the pages' GL textures (the context is going away); pages are
     // uploaded again on their next bind.

@@ -2,6 +2,7 @@
 
 #include <QMap>
 #include <QPointF>
+#include <QTransform>
 #include <QVector>
 
 class QRegion;
@@ -20,6 +21,10 @@ public:
     // to `clip` where one is given. The caller owns the geometries.
     static QMap<unsigned int, Geometry*> build(const GlyphRun& run, const QVector<QPointF>& origins,
                                                const QRegion* clip);
+    // The same with each glyph's bitmap turned by `orientation` (a linear
+    // transform: rotation, mirroring, shear) about its pen position.
+    static QMap<unsigned int, Geometry*> build(const GlyphRun& run, const QVector<QPointF>& origins,
+                                               const QTransform& orientation, const QRegion* clip);
 };
 
 } // namespace gfx

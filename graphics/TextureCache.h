@@ -86,6 +86,7 @@ private:
 
     bool onGuiThread() const;
     std::shared_ptr<TextureEntry> upload(TextureKeyDataCached* key);
+    void store(unsigned long cacheKey, const std::shared_ptr<TextureEntry>& entry);
     void evict();
     bool bindEntry(const TextureEntry& entry);
 

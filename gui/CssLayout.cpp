@@ -195,6 +195,8 @@ bool CssLayout::isFixedSize()
 
 void CssLayout::childAdded(DisplayView* child)
 {
+    if (mView->placesOwnChildren())
+        return;
     if (CssLayout* layout = layoutOf(child))
         childLayoutAdded(layout);
     else
@@ -287,6 +289,8 @@ bool CssLayout::determineIsChild()
     if (style.position_type == CSS_POSITION_ABSOLUTE && std::isnan(style.position[CSS_BOTTOM]) &&
         std::isnan(style.position[CSS_RIGHT]))
         return false; // places itself
+    if (mView->mParentView && mView->mParentView->placesOwnChildren())
+        return false; // placed by its parent
     if (!assertView(parentLayout() != nullptr, "parentView() && parentView()->usesCssLayout()",
                     "Using relative positioning or bottom/right on a view which doesn't have a CSS parent "
                     "View: %1",
@@ -408,7 +412,9 @@ bool CssLayout::parentComputedLayout() const
 
 void CssLayout::layout()
 {
-    if (!parentComputedLayout() && hasCssChildren())
+    // A view at the top of its flow is computed even without children, so that a
+    // lone flex view takes its sizes, limits and measured size like any other.
+    if (!parentComputedLayout() && (hasCssChildren() || !isChild()))
         computeLayout();
     const bool fresh = mNode->layout.should_update;
     commitLayout();

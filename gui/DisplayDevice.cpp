@@ -12,7 +12,9 @@
 #include "TouchOwnership.h"
 #include "ViewBufferManager.h"
 #include "input/touch/TouchDevice.h"
+#include "inspector/InspectorServer.h"
 
+#include <CoverageMaskCache.h>
 #include <GLExtensions.h>
 #include <GLFunctions.h>
 #include <GLStateManager.h>
@@ -93,6 +95,15 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     mCompositeRegion = QRegion();
     mFrameNeeded = false;
 
+    const int inspectorPort = InspectorServer::configuredPort();
+    if (inspectorPort > 0 &&
+        ORBIS_ASSERT(inspectorPort + screen <= 65535,
+                     QStringLiteral("The inspector port is out of range: %1").arg(inspectorPort + screen))) {
+        mInspector = std::make_unique<InspectorServer>(this);
+        if (!mInspector->listen(quint16(inspectorPort + screen)))
+            mInspector.reset();
+    }
+
     mTimer.setObjectName(QStringLiteral("UITick"));
     mTimer.setSingleShot(false);
     connect(&mTimer, SIGNAL(timeout()), this, SLOT(doTick()));
@@ -148,6 +159,8 @@ void DisplayDevice::changeTextureCacheSize(int megabytes)
 
 DisplayDevice::~DisplayDevice()
 {
+    // The inspector's client goes first: its overlay is part of the tree.
+    mInspector.reset();
     // Layer framebuffers belong to the window's context.
     makeCurrent();
     // The tree goes first, while the device can still drop its references to it.
@@ -163,6 +176,7 @@ DisplayDevice::~DisplayDevice()
         gfx::ShaderCache::instance()->releaseAll();
         if (Singleton<gfx::GlyphCache>::exists())
             gfx::GlyphCache::instance()->releaseTextures();
+        Singleton<gfx::CoverageMaskCache>::reset();
         if (Singleton<gfx::TextureCache>::exists()) {
             gfx::TextureCache::instance()->clear();
             gfx::TextureCache::instance()->destroyExpiredTextures();

@@ -9,10 +9,12 @@
 #include <QRegion>
 #include <QSet>
 #include <QTimer>
+#include <functional>
 #include <memory>
 
 class DisplayDeviceWidget;
 class DisplayViewAnimation;
+class InspectorServer;
 class PopupView;
 class QGLFramebufferObject;
 class QMouseEvent;
@@ -111,6 +113,12 @@ public:
     // on the global thread pool.
     void screenshot(QString path);
     void screenshot(int x, int y, int width, int height, QString path);
+    // Hands the next composited frame to `done`, on the GUI thread during that frame.
+    void grabFrame(std::function<void(const QImage&)> done);
+
+    // The view inspector, when "ui/inspector_port" started one (the display with
+    // screen index N listens on that port plus N).
+    InspectorServer* inspector() const { return mInspector.get(); }
 
     void updateAnimations();
     void processDeferredLayouts();
@@ -256,8 +264,10 @@ private:
     {
         QRect rect;
         QString path;
+        std::function<void(const QImage&)> done;
     };
     QList<PendingScreenshot> mScreenshots;
     // Per layer that holds nested layers, where they must be composited this frame.
     QHash<DisplayView*, QRegion> mNestedRendered;
+    std::unique_ptr<InspectorServer> mInspector;
 };

@@ -377,6 +377,11 @@ public:
     // does a style with flex attributes, and joining a flex parent.
     void enableCssLayout();
     void disableCssLayout();
+    // A view that places its own children (a scrolling view, a control with a title)
+    // keeps them out of any flex flow it joins; the children may still lay out their
+    // own subtrees by flex rules.
+    void setPlacesOwnChildren(bool places);
+    bool placesOwnChildren() const { return mPlacesOwnChildren; }
     bool usesCssLayout() const { return mCssLayout != nullptr; }
     CssLayout* cssLayout() const { return mCssLayout; }
     void setCssDirection(css_direction_t direction);
@@ -564,6 +569,7 @@ private:
     bool mCanClearKeyFocus = true;
     bool mDestroying = false;
     bool mDeleteAfterAnimation = false;
+    bool mPlacesOwnChildren = false;
     bool mInMoved = false;
     bool mInResized = false;
     bool mEnableDeferredLayout = false;

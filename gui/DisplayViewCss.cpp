@@ -38,7 +38,7 @@ void DisplayView::enableCssLayout()
         return;
     setLayoutImpl(new CssLayout(this));
     // Every child of a flex container takes part in its flow.
-    const DisplayViewList::List children = mChildren.list();
+    const DisplayViewList::List children = mPlacesOwnChildren ? DisplayViewList::List() : mChildren.list();
     for (DisplayView* child : children) {
         if (child->mCssLayout)
             mCssLayout->childLayoutAdded(child->mCssLayout);
@@ -47,6 +47,11 @@ void DisplayView::enableCssLayout()
     }
     if (!mStyle.isNull())
         applyCssStyle(mStyle);
+}
+
+void DisplayView::setPlacesOwnChildren(bool places)
+{
+    mPlacesOwnChildren = places;
 }
 
 void DisplayView::disableCssLayout()

@@ -106,6 +106,72 @@ def union(*shapes):
     return lambda x, y: any(shape(x, y) for shape in shapes)
 
 
+def polygon(*points):
+    """A convex polygon, corners in clockwise order (y down)."""
+    def inside(x, y):
+        for (ax, ay), (bx, by) in zip(points, points[1:] + points[:1]):
+            if (bx - ax) * (y - ay) - (by - ay) * (x - ax) < 0:
+                return False
+        return True
+    return inside
+
+
+def box(left, top, right, bottom):
+    return rounded_rect(left, top, right, bottom, 1.5)
+
+
+def cover(name, pixel):
+    """Album art for the demo's media player: 240 x 240, opaque, one function per picture."""
+    size = 240
+    rows = [[(*pixel(x / size, y / size), 255) for x in range(size)] for y in range(size)]
+    os.makedirs(os.path.join(ASSETS, "covers"), exist_ok=True)
+    write_png(os.path.join(ASSETS, "covers", name), size, size, rows)
+
+
+def clamp(v):
+    return max(0, min(255, round(v)))
+
+
+def coastline(u, v):
+    if v > 0.68:  # the sea, with the sun's reflection
+        glint = max(0.0, 1 - abs(u - 0.5) * 6) * (0.5 + 0.5 * math.sin(v * 140))
+        return mix((22, 28, 70), (250, 170, 90), glint * 0.8)
+    sun = math.hypot(u - 0.5, (v - 0.62) * 1.1)
+    if sun < 0.2:
+        return mix((255, 236, 170), (255, 190, 110), sun / 0.2)
+    return mix(mix((40, 22, 88), (214, 72, 112), v / 0.68), (250, 170, 90), max(0.0, (v - 0.45) / 0.23) ** 2)
+
+
+def towers(u, v):
+    sky = mix((14, 20, 60), (108, 62, 170), v)
+    for left, width, top in ((0.08, 0.14, 0.35), (0.26, 0.18, 0.18), (0.48, 0.12, 0.45), (0.64, 0.2, 0.28),
+                             (0.88, 0.1, 0.55)):
+        if left <= u <= left + width and v >= top:
+            lit = (int(u * 60) + int(v * 48)) % 5 == 0
+            return (255, 214, 120) if lit else mix((28, 30, 64), (50, 44, 96), (u - left) / width)
+    return sky
+
+
+def slow_lane(u, v):
+    if v < 0.45:
+        return mix((120, 200, 190), (226, 240, 214), v / 0.45)
+    road = abs(u - 0.5) < 0.05 + (v - 0.45) * 0.9
+    if road:
+        stripe = abs(u - 0.5) < 0.008 + (v - 0.45) * 0.03 and int(v * 30) % 2 == 0
+        return (250, 246, 230) if stripe else mix((70, 74, 80), (40, 42, 48), v)
+    return mix((70, 150, 96), (34, 96, 66), (v - 0.45) / 0.55)
+
+
+def northern(u, v):
+    base = mix((6, 10, 30), (16, 30, 60), v)
+    wave = 0.35 + 0.12 * math.sin(u * 7.0) + 0.05 * math.sin(u * 19.0)
+    glow = max(0.0, 1 - abs(v - wave) / 0.16)
+    colour = mix(base, (80, 240, 170), glow * 0.9)
+    if v > 0.8 - 0.06 * math.sin(u * 4):
+        return (8, 12, 20)
+    return colour
+
+
 def main():
     os.makedirs(os.path.join(ASSETS, "icons"), exist_ok=True)
     button("button.png", (246, 247, 249), (226, 229, 233), (190, 196, 204), (255, 255, 255))
@@ -115,6 +181,15 @@ def main():
     icon("plus.png", union(bar(12, 24, 36, 24, 5), bar(24, 12, 24, 36, 5)))
     icon("minus.png", bar(12, 24, 36, 24, 5))
     icon("check.png", union(bar(11, 25, 20, 34, 5), bar(20, 34, 37, 15, 5)))
+    icon("play.png", polygon((15, 9), (39, 24), (15, 39)))
+    icon("pause.png", union(box(12, 10, 20, 38), box(28, 10, 36, 38)))
+    icon("next.png", union(polygon((9, 10), (31, 24), (9, 38)), box(32, 10, 38, 38)))
+    icon("previous.png", union(polygon((39, 10), (39, 38), (17, 24)), box(10, 10, 16, 38)))
+    icon("navigate.png", union(polygon((24, 6), (40, 40), (24, 32)), polygon((24, 6), (24, 32), (8, 40))))
+    cover("coastline.png", coastline)
+    cover("towers.png", towers)
+    cover("slowlane.png", slow_lane)
+    cover("northern.png", northern)
 
 
 if __name__ == "__main__":

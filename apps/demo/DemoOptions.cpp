@@ -6,7 +6,7 @@ QString DemoOptions::usage()
 {
     return QStringLiteral(
         "usage: orbis-demo [options]\n"
-        "  --size WIDTHxHEIGHT      screen size (default 1280x800)\n"
+        "  --size WIDTHxHEIGHT      screen size (default 1280x800; 1280x720 for the scroll scene)\n"
         "  --scene NAME             first screen: home, map, settings, climate, or scroll\n"
         "                           (the scrolling benchmark scene); default home\n"
         "  --frames N               run N frames, then quit\n"
@@ -75,11 +75,16 @@ bool DemoOptions::parse(const QStringList& arguments)
             if (!m.hasMatch())
                 return fail(QStringLiteral("bad size: %1 (expected WIDTHxHEIGHT)").arg(value));
             mSize = QSize(m.captured(1).toInt(), m.captured(2).toInt());
+            mSizeGiven = true;
         } else if (option == QLatin1String("--scene")) {
             if (!sceneNames().contains(value))
                 return fail(QStringLiteral("unknown scene: %1 (expected %2)")
                                 .arg(value, sceneNames().join(QStringLiteral(", "))));
             mScene = value;
+            if (!mSizeGiven && mScene == QLatin1String("scroll"))
+                mSize = QSize(1280, 720);
+            else if (!mSizeGiven)
+                mSize = QSize(1280, 800);
         } else if (option == QLatin1String("--frames")) {
             if (!positiveInt(value, QStringLiteral("frame count"), &mFrames))
                 return false;

@@ -37,6 +37,7 @@ private:
     bool positiveInt(const QString& value, const QString& what, int* out);
 
     QSize mSize{1280, 800};
+    bool mSizeGiven = false;
     int mFrames = 0;
     QString mScreenshot;
     int mScreenshotEvery = 0;

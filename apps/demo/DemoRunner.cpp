@@ -1,6 +1,7 @@
 #include "DemoRunner.h"
 
 #include "CentreDisplay.h"
+#include "ScrollScene.h"
 #include "VehicleSimulator.h"
 
 #include <DataValues.h>
@@ -14,6 +15,7 @@
 #include <QThreadPool>
 #include <QTimer>
 #include <QWindow>
+#include <SkinManager.h>
 #include <StyleManager.h>
 #include <input/touch/ScriptTouchDriver.h>
 #include <input/touch/TouchDevice.h>
@@ -60,6 +62,7 @@ int DemoRunner::run()
         DataValue::EventLocker lock(GUI_dayMode);
         GUI_dayMode.setValue(!mOptions.night());
     }
+    StyleManager::registerOptionalStyleOverrideName(QStringLiteral("demo"));
     StyleManager::instance()->initialize();
     mDevice = std::make_unique<DisplayDevice>(mOptions.size().width(), mOptions.size().height());
     if (!mDevice->hasWindow()) {
@@ -68,7 +71,10 @@ int DemoRunner::run()
     }
     mStepMs = mDevice->timer()->interval();
     mVehicle = std::make_unique<VehicleSimulator>();
-    mDisplay = std::make_unique<CentreDisplay>(mDevice.get(), mVehicle.get(), mOptions.scene());
+    if (mOptions.scene() == QLatin1String("scroll"))
+        mDisplay = std::make_unique<ScrollScene>(mDevice.get());
+    else
+        mDisplay = std::make_unique<CentreDisplay>(mDevice.get(), mOptions.scene());
     mRecorder = std::make_unique<FrameRecorder>(mDevice.get());
 
     if (!mScript.isEmpty()) {
@@ -123,11 +129,13 @@ void DemoRunner::frame()
     ++mFrames;
     bool capturing = false;
     const QString screen = mDisplay->screenName();
+    // Each screen is pictured once per skin.
+    const QString picture = QString(screen).replace('/', '-') +
+                            (SkinManager::instance()->isDay() ? QString() : QStringLiteral("-night"));
     if (!mOptions.screensPath().isEmpty() && mDisplay->settledForMs() >= kSettleMs &&
-        !mCapturedScreens.contains(screen)) {
-        mCapturedScreens.insert(screen);
-        capture(QDir(mOptions.screensPath())
-                    .filePath(QString(screen).replace('/', '-') + QStringLiteral(".png")));
+        !mCapturedScreens.contains(picture)) {
+        mCapturedScreens.insert(picture);
+        capture(QDir(mOptions.screensPath()).filePath(picture + QStringLiteral(".png")));
         capturing = true;
     }
     if (mOptions.screenshotEvery() > 0 && mFrames % mOptions.screenshotEvery() == 0) {

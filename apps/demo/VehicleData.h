@@ -19,6 +19,9 @@ extern DataValue position;           // [latitude, longitude, heading] of the la
 extern StringDataValue mediaTitle;
 extern StringDataValue mediaArtist;
 extern StringDataValue mediaCover; // picture name in the assets folder
+extern StringDataValue mediaNextTitle;
+extern StringDataValue mediaNextArtist;
+extern StringDataValue mediaNextCover;
 extern DataValue mediaPosition;    // seconds into the track
 extern DataValue mediaDuration;    // seconds
 extern DataValue mediaPlaying;     // bool, written by the display too
@@ -31,6 +34,20 @@ extern DataValue fanLevel;             // 0..5
 extern DataValue seatHeatDriver;       // bool
 extern DataValue seatHeatPassenger;    // bool
 extern DataValue recirculation;        // bool
+extern DataValue climateAuto;          // bool
+extern DataValue airConditioning;      // bool
 extern DataValue brightness;           // 0..1
 extern DataValue volume;               // 0..1
+extern DataValue nightMode;            // bool, the display's skin follows it
+extern DataValue turnSignalChime;      // bool
+extern DataValue creepMode;            // bool
+extern DataValue autoHold;             // bool
+extern DataValue scheduledCharging;    // bool
+extern DataValue chargeLimit;          // percent, 50..100
+extern DataValue preconditioning;      // bool
+extern DataValue unlockCableWhenDone;  // bool
+extern DataValue wifi;                 // bool
+extern DataValue mobileData;           // bool
+extern DataValue metricUnits;          // bool
+extern DataValue clock24h;             // bool
 } // namespace VehicleData

@@ -45,12 +45,19 @@ const QVector<VehicleSimulator::Track>& VehicleSimulator::tracks()
     return list;
 }
 
-VehicleSimulator::VehicleSimulator()
+VehicleSimulator::Route VehicleSimulator::drivenRoute()
 {
     const QPointF origin = crs().worldPixelsFromLatLng(kStart, kZoom);
     const QPointF corner(std::round(origin.x() / 256) * 256, std::round(origin.y() / 256) * 256);
+    Route route;
     for (const QPoint& b : kBlocks)
-        mRoute << crs().latLngFromWorldPixels(corner + QPointF(b.x() * 256.0, b.y() * 256.0), kZoom);
+        route << crs().latLngFromWorldPixels(corner + QPointF(b.x() * 256.0, b.y() * 256.0), kZoom);
+    return route;
+}
+
+VehicleSimulator::VehicleSimulator()
+{
+    mRoute = drivenRoute();
     mLegStart << 0;
     for (int i = 1; i < mRoute.size(); ++i)
         mLegStart << mLegStart.last() + crs().distance(mRoute[i - 1], mRoute[i]);
@@ -188,6 +195,15 @@ void VehicleSimulator::publish(bool fix)
         mediaArtist.setValue(track.artist);
         mediaCover.setValue(track.cover);
         mediaDuration.setValue(track.seconds);
+    }
+    const Track& next = tracks()[(s.track + 1) % tracks().size()];
+    {
+        DataValue::EventLocker titleLock(mediaNextTitle);
+        DataValue::EventLocker artistLock(mediaNextArtist);
+        DataValue::EventLocker coverLock(mediaNextCover);
+        mediaNextTitle.setValue(next.title);
+        mediaNextArtist.setValue(next.artist);
+        mediaNextCover.setValue(next.cover);
     }
     set(mediaPosition, std::floor(s.mediaSeconds));
     if (fix)

@@ -44,8 +44,10 @@ public:
     VehicleSimulator(const VehicleSimulator&) = delete;
     VehicleSimulator& operator=(const VehicleSimulator&) = delete;
 
+    using Route = QVector<LocationCoordinate>;
     // The closed loop the car drives, first point repeated at the end.
-    const QVector<LocationCoordinate>& route() const { return mRoute; }
+    static Route drivenRoute();
+    const Route& route() const { return mRoute; }
     static const QVector<Track>& tracks();
 
     // Runs the simulation up to `ms` after its start and publishes what changed.

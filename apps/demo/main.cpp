@@ -32,6 +32,10 @@ int main(int argc, char** argv)
             << DemoOptions::usage();
         return 2;
     }
+    // Two maps keep up to 128 tiles of 256 KB each on the GPU, besides their layers
+    // and the rest of the screen: more than the default texture budget. --set may
+    // still change it.
+    ConfigRegistry::instance().applyOverride(QStringLiteral("gfx/texture_cache_size_mb=192"));
     QSet<QString> keys;
     for (const ConfigRegistry::Entry& entry : ConfigRegistry::instance().entries())
         keys.insert(entry.key);

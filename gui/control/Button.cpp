@@ -1,6 +1,7 @@
 #include "Button.h"
 
 #include "ControlShapes.h"
+#include "CssLayout.h"
 #include "FontManager.h"
 #include "Label.h"
 #include "Skin.h"
@@ -87,6 +88,8 @@ Button::Button(DisplayView* parent, const char* name) : ControlBase(parent)
 {
     if (name)
         setViewName(QString::fromUtf8(name));
+    // A flex parent binds the button before it is one.
+    layoutImplChanged();
     refreshLook();
 }
 
@@ -364,6 +367,15 @@ void Button::placeTitle()
 int Button::typeHeight() const
 {
     return metricsFor(mType).height;
+}
+
+// In a flex layout the button is one measured box: the flow offers it a size from
+// its natural size, and the button places its title itself.
+void Button::layoutImplChanged()
+{
+    ControlBase::layoutImplChanged();
+    if (CssLayout* css = cssLayout())
+        css->setOption(CssLayout::Measure, true);
 }
 
 void Button::resized()

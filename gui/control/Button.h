@@ -75,6 +75,7 @@ public:
     void tapped(int touch, QPoint point) override;
     void stateChanged() override;
     void resized() override;
+    void layoutImplChanged() override;
     void reskinned() override;
     QVariantMap toVariantMap() override;
 

@@ -13,6 +13,8 @@ ScrollableView::ScrollableView(DisplayView* parent, const char* name)
 {
     setTouchBehavior(KeepTouches, true);
     setRequiredTouchGesture(DragGesture, true);
+    // The content moves with the scroll, whatever flex flow the view is in.
+    setPlacesOwnChildren(true);
     layoutImplChanged();
 }
 

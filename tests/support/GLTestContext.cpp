@@ -1,5 +1,6 @@
 #include "GLTestContext.h"
 
+#include <CoverageMaskCache.h>
 #include <GLStateManager.h>
 #include <GlyphCache.h>
 #include <ShaderCache.h>
@@ -50,6 +51,7 @@ GLTestContext::~GLTestContext()
         gfx::ShaderCache::instance()->releaseAll();
         if (Singleton<gfx::GlyphCache>::exists())
             gfx::GlyphCache::instance()->releaseTextures();
+        Singleton<gfx::CoverageMaskCache>::reset();
         Singleton<gfx::SharedTextureManager>::reset();
         if (Singleton<gfx::TextureCache>::exists()) {
             gfx::TextureCache::instance()->clear();

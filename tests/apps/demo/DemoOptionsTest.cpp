@@ -52,6 +52,20 @@ TEST(DemoOptionsTest, DefaultsAndEveryFlag)
     EXPECT_TRUE(options.realTime());
 }
 
+TEST(DemoOptionsTest, TheScrollSceneHasItsOwnSizeUnlessOneIsGiven)
+{
+    DemoOptions scroll;
+    ASSERT_TRUE(scroll.parse({"--scene", "scroll"}));
+    EXPECT_EQ(scroll.size(), QSize(1280, 720));
+    DemoOptions sized;
+    ASSERT_TRUE(sized.parse({"--scene", "scroll", "--size", "1920x1080"}));
+    EXPECT_EQ(sized.size(), QSize(1920, 1080));
+    // The last scene named decides.
+    DemoOptions back;
+    ASSERT_TRUE(back.parse({"--scene", "scroll", "--scene", "map"}));
+    EXPECT_EQ(back.size(), QSize(1280, 800));
+}
+
 TEST(DemoOptionsTest, BadArgumentsAreNamed)
 {
     const QList<QPair<QStringList, QString>> cases = {

@@ -179,6 +179,8 @@ TEST(ButtonStyles, TheShippedButtonStylesWork)
     StyleManager::instance()->initialize();
     Button primary(device.views(), "primary", QStringLiteral("Drive"), QStringLiteral("Button/Primary"));
     EXPECT_EQ(primary.buttonColor(), Button::Blue);
+    // The style's sizes are flex rules: they apply at the next frame.
+    device.startFrame();
     EXPECT_EQ(primary.height(), 80);
     EXPECT_EQ(primary.touchPadding(), Padding(12));
     Button toggle(device.views(), "toggle", QStringLiteral("A/C"), QStringLiteral("Button/Toggle"));

@@ -199,10 +199,10 @@ TEST_F(ControlsGLTest, APressRepaintsOnlyThePressedButton)
     for (int i = 0; i < 6; ++i)
         place(new Button(mScreen->views(), "button", QStringLiteral("Fan %1").arg(i),
                          QStringLiteral("Button/Default")),
-              QRect(10 + (i % 3) * 115, 10 + (i / 3) * 95, 110, 80));
+              QRect(10 + (i % 3) * 165, 10 + (i / 3) * 95, 160, 80));
     mScreen->doTick();
     const DisplayDevice::FrameStats before = mScreen->frameStats();
     finger(true, QPoint(140, 40));
-    EXPECT_EQ(mScreen->frameStats().compositedPixels - before.compositedPixels, 110 * 80);
-    EXPECT_EQ(mScreen->frameStats().renderedPixels - before.renderedPixels, 110 * 80);
+    EXPECT_EQ(mScreen->frameStats().compositedPixels - before.compositedPixels, 160 * 80);
+    EXPECT_EQ(mScreen->frameStats().renderedPixels - before.renderedPixels, 160 * 80);
 }
