@@ -197,7 +197,7 @@ DisplayView* InspectorSession::targetView(const QJsonObject& params, Reply* fail
     if (id.isUndefined())
         id = params.value(QStringLiteral("backendNodeId"));
     if (!id.isDouble()) {
-        *failure = error(kInvalidParams, QStringLiteral("Either nodeId or backendNodeId must be specified."));
+        *failure = error(kInvalidParams, QStringLiteral("Either nodeId or backendNodeId is required."));
         return nullptr;
     }
     DisplayView* view = mTree.view(id.toInt());

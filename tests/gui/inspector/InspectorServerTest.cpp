@@ -300,7 +300,7 @@ TEST_F(InspectorServerTest, BoxModelIsInScreenCoordinatesWithFlexPaddingAndMargi
     EXPECT_EQ(quad(second, "content"), QList<double>({10, 20, 310, 20, 310, 220, 10, 220}));
 
     EXPECT_EQ(errorMessage(client->call("DOM.getBoxModel")),
-              "Either nodeId or backendNodeId must be specified.");
+              "Either nodeId or backendNodeId is required.");
     EXPECT_EQ(errorMessage(nodeCall("DOM.getBoxModel", InspectorDomTree::kDocumentId)),
               "Could not find node with given id");
 }
