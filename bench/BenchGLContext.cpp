@@ -3,6 +3,7 @@
 #include <GLStateManager.h>
 #include <GlyphCache.h>
 #include <ShaderCache.h>
+#include <SharedTextureManager.h>
 #include <TextureCache.h>
 
 #include <QCoreApplication>
@@ -44,6 +45,7 @@ BenchGLContext::~BenchGLContext()
     ShaderCache::instance()->releaseAll();
     if (Singleton<GlyphCache>::exists())
         GlyphCache::instance()->releaseTextures();
+    Singleton<SharedTextureManager>::reset();
     TextureCache::instance()->clear();
     TextureCache::instance()->destroyExpiredTextures();
     mFbo.reset();

@@ -1,60 +1,40 @@
-#include <DemoScene.h>
-#include <DisplayDevice.h>
-#include <DisplayDeviceWidget.h>
-#include <LabelView.h>
-#include <ScopedConfigOverride.h>
+#include "BenchScreen.h"
 
-#include <QCoreApplication>
-#include <QOpenGLContext>
-#include <QOpenGLFunctions>
-#include <QTest>
+#include <CentreDisplay.h>
+#include <ScopedConfigOverride.h>
+#include <StatusBar.h>
+#include <StyleManager.h>
+#include <control/Label.h>
+
 #include <benchmark/benchmark.h>
+#include <memory>
 
 namespace {
 
-// The demo screen at 1280x800 with its animations stopped, shown once for all
-// frame benchmarks. Each frame is timed up to the end of the GPU work.
-class DemoScreen
+// The demo's home screen at 1280x800 with its animations stopped, shown once for
+// all frame benchmarks.
+class DemoScreen : public BenchScreen
 {
 public:
-    static DemoScreen* get()
-    {
-        static DemoScreen* screen = nullptr;
-        if (!screen) {
-            screen = new DemoScreen;
-            qAddPostRoutine([] {
-                delete screen;
-                screen = nullptr;
-            });
-        }
-        return screen->mDevice.hasWindow() ? screen : nullptr;
-    }
-
-    void frame()
-    {
-        mDevice.doTick();
-        QOpenGLContext::currentContext()->functions()->glFinish();
-    }
-
-    DisplayDevice mDevice{1280, 800};
-    DemoScene mScene{&mDevice};
+    std::unique_ptr<CentreDisplay> mScene;
 
 private:
+    friend class BenchScreen;
     DemoScreen()
     {
         if (!mDevice.hasWindow())
             return;
-        mDevice.timer()->stop();
-        mScene.freeze();
-        mDevice.setVisible(true);
-        QTest::qWaitForWindowExposed(mDevice.widget());
+        StyleManager::registerOptionalStyleOverrideName(QStringLiteral("demo"));
+        StyleManager::instance()->loadConfiguration();
+        mScene = std::make_unique<CentreDisplay>(&mDevice, QStringLiteral("home"));
+        mScene->freeze();
         frame();
     }
 };
 
 void BM_DisplayDeviceIdleFrame(benchmark::State& state)
 {
-    DemoScreen* screen = DemoScreen::get();
+    DemoScreen* screen = BenchScreen::get<DemoScreen>();
     if (!screen)
         return state.SkipWithError("needs an X display with OpenGL");
     screen->frame();
@@ -63,14 +43,14 @@ void BM_DisplayDeviceIdleFrame(benchmark::State& state)
 }
 BENCHMARK(BM_DisplayDeviceIdleFrame)->Unit(benchmark::kMicrosecond);
 
-// The clock label changes: one 160 x 48 rectangle is rendered and composited.
+// The clock label changes: one small rectangle is rendered and composited.
 void BM_DisplayDeviceSmallDirtyFrame(benchmark::State& state)
 {
-    DemoScreen* screen = DemoScreen::get();
+    DemoScreen* screen = BenchScreen::get<DemoScreen>();
     if (!screen)
         return state.SkipWithError("needs an X display with OpenGL");
     for (auto _ : state) {
-        screen->mScene.clock()->update();
+        screen->mScene->statusBar()->clock()->update();
         screen->frame();
     }
 }
@@ -79,7 +59,7 @@ BENCHMARK(BM_DisplayDeviceSmallDirtyFrame)->Unit(benchmark::kMicrosecond);
 // Every layer re-rendered whole and the whole screen composited.
 void BM_DisplayDeviceFullRedraw(benchmark::State& state)
 {
-    DemoScreen* screen = DemoScreen::get();
+    DemoScreen* screen = BenchScreen::get<DemoScreen>();
     if (!screen)
         return state.SkipWithError("needs an X display with OpenGL");
     for (auto _ : state) {
@@ -93,7 +73,7 @@ BENCHMARK(BM_DisplayDeviceFullRedraw)->Unit(benchmark::kMicrosecond);
 // baseline for the framework's engine.
 void BM_DisplayDeviceFullRedrawQtEngine(benchmark::State& state)
 {
-    DemoScreen* screen = DemoScreen::get();
+    DemoScreen* screen = BenchScreen::get<DemoScreen>();
     if (!screen)
         return state.SkipWithError("needs an X display with OpenGL");
     ScopedConfigOverride qt("ui/qt_paint_engine", true);

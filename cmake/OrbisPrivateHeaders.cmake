@@ -4,21 +4,26 @@
 # installed package, and its classes carry the library's export macro.
 set(ORBIS_PRIVATE_HEADERS
   graphics/AlphaTextureShaderUsage.h
+  graphics/AtlasAllocator.h
   graphics/ColorShaderUsage.h
   graphics/ColorTextureShaderUsage.h
   graphics/CommandRenderItem.h
   graphics/ContextGLFunctions.h
+  graphics/CoverageMaskCache.h
   graphics/CustomShaderUsage.h
   graphics/DisplayListRenderItem.h
   graphics/DisplayListSliceBuilder.h
   graphics/DisplayListSliceRenderItem.h
   graphics/GLCallRecorder.h
+  graphics/GLExtensions.h
   graphics/GLUtils.h
   graphics/GeometryBufferAllocator.h
   graphics/GeometryRenderItem.h
   graphics/GlyphCache.h
   graphics/GlyphQuads.h
   graphics/GlyphRun.h
+  graphics/GradientRamp.h
+  graphics/GradientShaderUsage.h
   graphics/GraphicsPaintDevice.h
   graphics/GraphicsPathProcessor.h
   graphics/IGlyphPageSource.h
@@ -30,12 +35,15 @@ set(ORBIS_PRIVATE_HEADERS
   graphics/PathTessellator.h
   graphics/RenderState.h
   graphics/Renderer.h
+  graphics/SharedTexturePage.h
   graphics/TextShaderUsage.h
   graphics/TextureKeyDataGlyph.h
+  graphics/TextureKeyDataShared.h
   graphics/TextureKeyDataTarget.h
   graphics/TextureShaderUsage.h
   graphics/VertexBuffer.h
   gui/BoundedDeclerateTransition.h
+  gui/CssLayout.h
   gui/DependancyEvaluator.h
   gui/DisplayViewExtras.h
   gui/GfxMemoryLabel.h
@@ -43,7 +51,18 @@ set(ORBIS_PRIVATE_HEADERS
   gui/StyleData.h
   gui/StyleVariantConverter.h
   gui/ViewBufferManager.h
+  gui/control/ControlShapes.h
+  gui/control/ListRowHeights.h
+  gui/control/ProgressValue.h
   gui/input/touch/PointUtils.h
+  gui/input/touch/ScriptTouchDriver.h
+  gui/input/touch/TouchScript.h
+  gui/inspector/InspectorDomTree.h
+  gui/inspector/InspectorOverlay.h
+  gui/inspector/InspectorScreencast.h
+  gui/inspector/InspectorServer.h
+  gui/inspector/InspectorSession.h
+  gui/inspector/InspectorStyleReport.h
   maps/native/tiles/TileCache.h
   maps/native/tiles/TileCacheDatabase.h
   maps/native/tiles/TileLoader.h

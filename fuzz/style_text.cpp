@@ -1,6 +1,7 @@
 // Style strings as views and applications write them, resolved against a few
 // named styles, with every attribute read back afterwards.
 
+#include "ConfigRegistry.h"
 #include "FuzzEnvironment.h"
 #include "Style.h"
 #include "StyleManager.h"
@@ -18,6 +19,8 @@ void loadNamedStyles()
     for (const char* empty : {"/styles-common.conf", "/assets-common.conf", "/assets.conf"})
         FuzzEnvironment::write(assets + empty, "");
     qputenv("ORBIS_ASSETS", assets.toLocal8Bit());
+    // Millions of distinct texts: kept, they would be the fuzzer's memory limit.
+    ConfigRegistry::instance().setOverride("ui/release_unused_styles", "true");
     StyleManager::instance()->loadConfiguration();
 }
 

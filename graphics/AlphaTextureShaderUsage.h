@@ -1,11 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "ShaderUsage.h"
 
 namespace gfx {
 
 // A colour whose coverage comes from the alpha of a texture (antialiased strokes).
-class AlphaTextureShaderUsage : public ShaderUsage
+class ORBIS_UI_INTERNAL_EXPORT AlphaTextureShaderUsage : public ShaderUsage
 {
 public:
     AlphaTextureShaderUsage(const TextureKey& texture, const QColor& color)

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "ShaderUsage.h"
 
 namespace gfx {
 
 // Fills with one colour.
-class ColorShaderUsage : public ShaderUsage
+class ORBIS_UI_INTERNAL_EXPORT ColorShaderUsage : public ShaderUsage
 {
 public:
     explicit ColorShaderUsage(const QColor& color) : ShaderUsage(ShaderCache::kColor, {}, color) {}

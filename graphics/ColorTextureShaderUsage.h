@@ -1,11 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "ShaderUsage.h"
 
 namespace gfx {
 
 // A texture tinted by a colour.
-class ColorTextureShaderUsage : public ShaderUsage
+class ORBIS_UI_INTERNAL_EXPORT ColorTextureShaderUsage : public ShaderUsage
 {
 public:
     ColorTextureShaderUsage(const TextureKey& texture, const QColor& color)

@@ -2,6 +2,7 @@
 
 #include "GLStateManager.h"
 #include "ICustomRenderer.h"
+#include "RenderState.h"
 
 namespace gfx {
 
@@ -9,7 +10,13 @@ void CommandRenderItem::run(const RenderState& state)
 {
     if (!mRenderer)
         return;
-    mRenderer->render(state, mTarget, mSource);
+    if (mMatrix.isIdentity()) {
+        mRenderer->render(state, mTarget, mSource);
+    } else {
+        RenderState placed = state;
+        placed.matrix *= mMatrix;
+        mRenderer->render(placed, mTarget, mSource);
+    }
     GLStateManager::instance()->clearToInvalid();
 }
 

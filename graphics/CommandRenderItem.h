@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "CustomRenderItem.h"
 
 namespace gfx {
@@ -8,11 +10,12 @@ class ICustomRenderer;
 struct RenderState;
 
 // Runs an ICustomRenderer (not owned: it must outlive every list that holds it).
-class CommandRenderItem : public CustomRenderItem
+class ORBIS_UI_INTERNAL_EXPORT CommandRenderItem : public CustomRenderItem
 {
 public:
-    CommandRenderItem(ICustomRenderer* renderer, const QRect& target, const QRect& source)
-        : mRenderer(renderer), mTarget(target), mSource(source)
+    CommandRenderItem(ICustomRenderer* renderer, const QRect& target, const QRect& source,
+                      const QMatrix4x4& matrix = QMatrix4x4())
+        : mRenderer(renderer), mTarget(target), mSource(source), mMatrix(matrix)
     {}
 
     CommandRenderItem* customRenderItemCast() override { return this; }
@@ -22,6 +25,8 @@ private:
     ICustomRenderer* mRenderer;
     QRect mTarget;
     QRect mSource;
+    // From `mTarget`'s coordinates to the pass's item coordinates.
+    QMatrix4x4 mMatrix;
 };
 
 } // namespace gfx

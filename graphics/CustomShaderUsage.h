@@ -1,11 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "ShaderUsage.h"
 
 namespace gfx {
 
 // A registered custom fragment shader with up to two textures and a colour.
-class CustomShaderUsage : public ShaderUsage
+class ORBIS_UI_INTERNAL_EXPORT CustomShaderUsage : public ShaderUsage
 {
 public:
     CustomShaderUsage(const CustomShaderKey& key, const QVector<TextureKey>& textures, const QColor& color,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "RenderItem.h"
 
 #include <TExplicitlySharedDataPointer.h>
@@ -9,7 +11,7 @@ namespace gfx {
 class DisplayList;
 
 // A nested display list: its `source` rectangle drawn into `target`.
-class DisplayListRenderItem : public RenderItem
+class ORBIS_UI_INTERNAL_EXPORT DisplayListRenderItem : public RenderItem
 {
 public:
     DisplayListRenderItem(const TExplicitlySharedDataPointer<DisplayList>& list, const QRect& target,

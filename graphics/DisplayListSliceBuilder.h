@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "DisplayListSliceRenderItem.h"
 
 namespace gfx {
@@ -8,7 +10,7 @@ class Geometry;
 class GeometryRenderItem;
 
 // Writes geometries into a vertex buffer and collects their draw ranges.
-class DisplayListSliceBuilder
+class ORBIS_UI_INTERNAL_EXPORT DisplayListSliceBuilder
 {
 public:
     explicit DisplayListSliceBuilder(VertexBuffer* buffer) : mBuffer(buffer) {}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "RenderItem.h"
 
 #include <QVector>
@@ -15,7 +17,7 @@ class VertexBuffer;
 // Under an opacity below 1 nothing is opaque: the slice then draws what the
 // optimiser had hidden beneath opaque items, and its usage as it was before
 // substitution.
-class DisplayListSliceRenderItem : public RenderItem
+class ORBIS_UI_INTERNAL_EXPORT DisplayListSliceRenderItem : public RenderItem
 {
 public:
     struct Range

@@ -61,6 +61,7 @@ void GLCallRecorder::fill(GLenum pname, qint64* out, int count) const
     }
 #define note(...) note(__func__, ##__VA_ARGS__)
 ORBIS_GL_COMMANDS(ORBIS_GL_RECORD)
+ORBIS_GL_EXTENSION_COMMANDS(ORBIS_GL_RECORD)
 #undef note
 #undef ORBIS_GL_RECORD
 
@@ -111,7 +112,11 @@ const GLubyte* GLCallRecorder::glGetString(GLenum name)
     note("glGetString", name);
     if (mTarget)
         return mTarget->glGetString(name);
-    return name == GL_EXTENSIONS ? reinterpret_cast<const GLubyte*>(mExtensions.constData()) : nullptr;
+    if (name == GL_EXTENSIONS)
+        return reinterpret_cast<const GLubyte*>(mExtensions.constData());
+    if (name == GL_VERSION && !mVersion.isEmpty())
+        return reinterpret_cast<const GLubyte*>(mVersion.constData());
+    return nullptr;
 }
 
 void GLCallRecorder::glGenTextures(GLsizei n, GLuint* textures)

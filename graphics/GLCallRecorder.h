@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "GLFunctions.h"
 
 #include <QByteArray>
@@ -17,7 +19,7 @@ namespace gfx {
 //
 // Install it with GLFunctions::install(); it then sees exactly what the engine lets
 // through to the driver.
-class GLCallRecorder : public GLFunctions
+class ORBIS_UI_INTERNAL_EXPORT GLCallRecorder : public GLFunctions
 {
 public:
     explicit GLCallRecorder(GLFunctions* target = nullptr) : mTarget(target) {}
@@ -25,6 +27,7 @@ public:
 #define ORBIS_GL_DECLARE(ret, name, params, args) ret name params override;
     ORBIS_GL_COMMANDS(ORBIS_GL_DECLARE)
     ORBIS_GL_QUERIES(ORBIS_GL_DECLARE)
+    ORBIS_GL_EXTENSION_COMMANDS(ORBIS_GL_DECLARE)
 #undef ORBIS_GL_DECLARE
 
     // Calls in order, as "name(arg, arg)"; enums and names print in decimal,
@@ -62,6 +65,11 @@ public:
     {
         mExtensions = extensions;
     }
+    // The answer to glGetString(GL_VERSION); none by default.
+    void setVersion(const QByteArray& version)
+    {
+        mVersion = version;
+    }
 
 private:
     template <typename... Args> void note(const char* name, Args... args);
@@ -74,6 +82,7 @@ private:
     QHash<QByteArray, int> mCounts;
     QHash<GLenum, QVector<qint64>> mQueries;
     QByteArray mExtensions;
+    QByteArray mVersion;
     GLuint mNextName = 1;
 };
 

@@ -62,6 +62,10 @@
       (GLenum target, GLint level, GLenum internalFormat, GLsizei width, GLsizei height, GLint border,       \
        GLsizei imageSize, const void* data),                                                                 \
       (target, level, internalFormat, width, height, border, imageSize, data))                               \
+    X(void, glTexSubImage2D,                                                                                 \
+      (GLenum target, GLint level, GLint x, GLint y, GLsizei width, GLsizei height, GLenum format,           \
+       GLenum type, const void* pixels),                                                                     \
+      (target, level, x, y, width, height, format, type, pixels))                                            \
     X(void, glTexParameteri, (GLenum target, GLenum pname, GLint param), (target, pname, param))             \
     X(void, glPixelStorei, (GLenum pname, GLint param), (pname, param))                                      \
     X(void, glGenerateMipmap, (GLenum target), (target))
@@ -81,6 +85,18 @@
     X(void, glGetProgramiv, (GLuint program, GLenum pname, GLint * params), (program, pname, params))        \
     X(GLint, glGetUniformLocation, (GLuint program, const char* name), (program, name))
 
+// Calls outside the ES 2 core: array textures, from GL_EXT_texture_array,
+// GL_NV_texture_array or a version 3 context. Callers check GLExtensions first.
+#define ORBIS_GL_EXTENSION_COMMANDS(X)                                                                       \
+    X(void, glTexImage3D,                                                                                    \
+      (GLenum target, GLint level, GLint internalFormat, GLsizei width, GLsizei height, GLsizei depth,       \
+       GLint border, GLenum format, GLenum type, const void* pixels),                                        \
+      (target, level, internalFormat, width, height, depth, border, format, type, pixels))                   \
+    X(void, glTexSubImage3D,                                                                                 \
+      (GLenum target, GLint level, GLint x, GLint y, GLint z, GLsizei width, GLsizei height, GLsizei depth,  \
+       GLenum format, GLenum type, const void* pixels),                                                      \
+      (target, level, x, y, z, width, height, depth, format, type, pixels))
+
 namespace gfx {
 
 /// The one road from the engine to the GL driver. The default implementation
@@ -94,6 +110,7 @@ public:
 #define ORBIS_GL_DECLARE(ret, name, params, args) virtual ret name params = 0;
     ORBIS_GL_COMMANDS(ORBIS_GL_DECLARE)
     ORBIS_GL_QUERIES(ORBIS_GL_DECLARE)
+    ORBIS_GL_EXTENSION_COMMANDS(ORBIS_GL_DECLARE)
 #undef ORBIS_GL_DECLARE
 
     /// The installed implementation (never null).

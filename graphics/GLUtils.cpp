@@ -80,7 +80,7 @@ GLuint GLUtils::createTexture(GLenum target, TextureFeatures features, bool mipm
 
 void GLUtils::track(GLuint id, quint64 bytes)
 {
-    gTrackedBytes += bytes;
+    gTrackedBytes += bytes - gTracked.value(id);
     gTracked.insert(id, bytes);
 }
 

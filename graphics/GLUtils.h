@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "TextureFeature.h"
 
 #include <QImage>
@@ -12,7 +14,7 @@ namespace gfx {
 // texture bound on the current unit and adds its bytes to a live count that the
 // frame statistics show. A failed upload logs an error naming the file and
 // reports texture 0.
-class GLUtils
+class ORBIS_UI_INTERNAL_EXPORT GLUtils
 {
 public:
     // Uploads `image` as premultiplied RGBA.
@@ -30,6 +32,8 @@ public:
                               int& width, int& height, quint64& bytes, TextureFeatures features);
     static void glDeleteTrackedTextures(int count, const GLuint* names);
 
+    // Counts `bytes` for texture `id`, replacing what was counted for it before.
+    static void track(GLuint id, quint64 bytes);
     static quint64 trackedTextureBytes();
     static int trackedTextureCount();
     static bool hasExtension(const char* name);
@@ -38,7 +42,6 @@ public:
 
 private:
     static GLuint createTexture(GLenum target, TextureFeatures features, bool mipmapped);
-    static void track(GLuint id, quint64 bytes);
     static bool uploadRgba(const uchar* pixels, int width, int height, GLuint& id, quint64& bytes,
                            TextureFeatures features);
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QSet>
 #include <Singleton.h>
 #include <memory>
@@ -10,7 +12,7 @@ class VertexBuffer;
 
 // Creates the vertex buffers of display lists and advances them all at the end of
 // each frame.
-class GeometryBufferAllocator
+class ORBIS_UI_INTERNAL_EXPORT GeometryBufferAllocator
 {
 public:
     static GeometryBufferAllocator* instance() { return Singleton<GeometryBufferAllocator>::instance(); }

@@ -27,6 +27,7 @@ bool GeometryRenderItem::merge(GeometryRenderItem* earlier)
     mGeometry = earlier->mGeometry;
     earlier->mGeometry = nullptr;
     const QRect local = localBounds | earlier->localBounds;
+    shaderUsage->retainTexturesOf(*earlier->shaderUsage);
     delete earlier;
     computeRects(local, mLocalOpaque);
     ++mergeCount;

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "Geometry.h"
 #include "RenderItem.h"
 
 namespace gfx {
 
 // A draw of a chain of geometries with one shader usage.
-class GeometryRenderItem : public RenderItem
+class ORBIS_UI_INTERNAL_EXPORT GeometryRenderItem : public RenderItem
 {
 public:
     static constexpr quint32 kMaxMerges = 51;

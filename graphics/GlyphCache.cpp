@@ -157,16 +157,19 @@ qreal GlyphCache::kerning(int face, int pixelSize, quint32 left, quint32 right)
 
 bool GlyphCache::place(const QSize& size, Page& page, QPoint& at) const
 {
+    // Each slot starts with the padding before its glyph; the next slot's (or the
+    // page margin's) padding follows it. Turned glyphs sample half a texel
+    // outside their bitmap on every side.
     const int w = size.width() + kPadding;
     const int h = size.height() + kPadding;
-    if (page.x + w > kPageSize) {
+    if (page.x + w + kPadding > kPageSize) {
         page.shelfY += page.shelfHeight;
         page.shelfHeight = 0;
         page.x = 0;
     }
-    if (w > kPageSize || page.shelfY + h > kPageSize)
+    if (w + kPadding > kPageSize || page.shelfY + h + kPadding > kPageSize)
         return false;
-    at = QPoint(page.x, page.shelfY);
+    at = QPoint(page.x + kPadding, page.shelfY + kPadding);
     page.x += w;
     page.shelfHeight = qMax(page.shelfHeight, h);
     return true;
@@ -182,23 +185,24 @@ int GlyphCache::pageFor(const QSize& size, QPoint& at)
             return i;
         }
     }
-    if (mPages.size() < kMaxPages) {
+    int chosen = mPages.size();
+    if (chosen < kMaxPages) {
         Page page;
         page.pixels = QImage(kPageSize, kPageSize, QImage::Format_Alpha8);
         page.pixels.fill(0);
         mPages << page;
     } else {
-        int oldest = -1;
+        chosen = -1;
         for (int i = 0; i < mPages.size(); ++i)
-            if (mPages[i].lastUsed < mFrame && (oldest < 0 || mPages[i].lastUsed < mPages[oldest].lastUsed))
-                oldest = i;
-        if (oldest < 0)
+            if (mPages[i].lastUsed < mFrame && (chosen < 0 || mPages[i].lastUsed < mPages[chosen].lastUsed))
+                chosen = i;
+        if (chosen < 0)
             return -1;
-        wipe(oldest);
-        std::swap(mPages[oldest], mPages.last());
+        // Refilled where it is: every other page keeps its number, and with it the
+        // glyphs that display lists have recorded on it.
+        wipe(chosen);
     }
-    Page& page = mPages.last();
-    return place(size, page, at) ? mPages.size() - 1 : -1;
+    return place(size, mPages[chosen], at) ? chosen : -1;
 }
 
 void GlyphCache::wipe(int index)
@@ -255,6 +259,11 @@ bool GlyphCache::glyph(int face, int pixelSize, quint32 index, Glyph& out)
 IGlyphPageSource::PageInfo GlyphCache::page(unsigned int) const
 {
     return {QSize(kPageSize, kPageSize), 1};
+}
+
+QImage GlyphCache::pageImage(unsigned int index) const
+{
+    return int(index) < mPages.size() ? mPages[int(index)].pixels : QImage();
 }
 
 GLuint GlyphCache::activePageTexture(unsigned int index)

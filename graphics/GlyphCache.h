@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "IGlyphPageSource.h"
 
 #include <QHash>
@@ -18,7 +20,7 @@ namespace gfx {
 // page is bound. When every page is full, the page used longest ago (and not in
 // the current frame) is wiped and refilled. Installs itself as the texture cache's
 // source of glyph pages. GUI thread only.
-class GlyphCache : public IGlyphPageSource
+class ORBIS_UI_INTERNAL_EXPORT GlyphCache : public IGlyphPageSource
 {
 public:
     static constexpr int kPageSize = 512;
@@ -57,6 +59,8 @@ public:
     int pageCount() const { return mPages.size(); }
 
     PageInfo page(unsigned int page) const override;
+    // A page's pixels as they are uploaded (null for a page that does not exist).
+    QImage pageImage(unsigned int page) const;
     GLuint activePageTexture(unsigned int page) override;
     // Forgets the pages' GL textures (the context is going away); pages are
     // uploaded again on their next bind.

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QMap>
 #include <QPointF>
+#include <QTransform>
 #include <QVector>
 
 class QRegion;
@@ -12,7 +15,7 @@ class Geometry;
 class GlyphRun;
 
 // The textured quads of a glyph run, one triangle list per glyph atlas page.
-class GlyphQuads
+class ORBIS_UI_INTERNAL_EXPORT GlyphQuads
 {
 public:
     // `origins` are the glyphs' baseline positions in device pixels, rounded to
@@ -20,6 +23,10 @@ public:
     // to `clip` where one is given. The caller owns the geometries.
     static QMap<unsigned int, Geometry*> build(const GlyphRun& run, const QVector<QPointF>& origins,
                                                const QRegion* clip);
+    // The same with each glyph's bitmap turned by `orientation` (a linear
+    // transform: rotation, mirroring, shear) about its pen position.
+    static QMap<unsigned int, Geometry*> build(const GlyphRun& run, const QVector<QPointF>& origins,
+                                               const QTransform& orientation, const QRegion* clip);
 };
 
 } // namespace gfx

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QPointF>
 #include <QVector>
 
@@ -12,7 +14,7 @@ namespace gfx {
 
 // Glyphs of one face at one pixel size with their pen positions on the baseline,
 // relative to the run's origin. Faces are those of the GlyphCache.
-class GlyphRun
+class ORBIS_UI_INTERNAL_EXPORT GlyphRun
 {
 public:
     GlyphRun() = default;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "GraphicsPaintEngine.h"
 
 #include <QPaintDevice>
@@ -10,7 +12,7 @@ namespace gfx {
 // A surface of a given size whose painters record render items through their own
 // GraphicsPaintEngine, so that any view's draw(QPainter&) ends in a display list.
 // Text is measured at the screen's logical resolution, as in images.
-class GraphicsPaintDevice : public QPaintDevice
+class ORBIS_UI_INTERNAL_EXPORT GraphicsPaintDevice : public QPaintDevice
 {
 public:
     explicit GraphicsPaintDevice(const QSize& size, const QRegion& clip = QRegion(),

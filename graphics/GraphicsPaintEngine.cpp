@@ -2,6 +2,7 @@
 
 #include "DisplayList.h"
 #include "GlyphRun.h"
+#include "GradientShaderUsage.h"
 #include "LineShaderUsage.h"
 #include "TextureCache.h"
 
@@ -249,7 +250,49 @@ void GraphicsPaintEngine::drawRect(const QRect& rect)
         }
         return;
     }
+    if (GradientShaderUsage::isGradient(mBrush)) {
+        mBuilder.fillShape(
+            Shape(QRectF(rect), mTransform),
+            new GradientShaderUsage(*mBrush.gradient(), gradientToDevice(mBrush, QRectF(rect))));
+        return;
+    }
     mBuilder.drawColoredShape(Shape(QRectF(rect), mTransform), mBrush.color());
+}
+
+QTransform GraphicsPaintEngine::gradientToDevice(const QBrush& brush, const QRectF& bounds) const
+{
+    QTransform toLogical = brush.transform();
+    // Relative to the object's bounds, its brush transform applies there (object
+    // mode) or after (object bounding mode). Stretching to the device reaches the
+    // engine as a logical gradient under a painter scaled to the device.
+    const QTransform unitToBounds(bounds.width(), 0, 0, bounds.height(), bounds.x(), bounds.y());
+    switch (brush.gradient()->coordinateMode()) {
+    case QGradient::ObjectMode:
+        toLogical = brush.transform() * unitToBounds;
+        break;
+    case QGradient::ObjectBoundingMode:
+        toLogical = unitToBounds * brush.transform();
+        break;
+    default:
+        break;
+    }
+    return toLogical * QTransform::fromTranslate(mBrushOrigin.x(), mBrushOrigin.y()) * mTransform;
+}
+
+void GraphicsPaintEngine::fillOutline(const QPainterPath& outline, const QBrush& brush, const QRectF& bounds,
+                                      bool antialiased)
+{
+    if (GradientShaderUsage::isGradient(brush)) {
+        const QTransform toDevice = gradientToDevice(brush, bounds);
+        if (antialiased)
+            mBuilder.fillOutlineAntialiased(outline, *brush.gradient(), toDevice);
+        else
+            mBuilder.fillOutline(outline, new GradientShaderUsage(*brush.gradient(), toDevice));
+    } else if (antialiased) {
+        mBuilder.fillOutlineAntialiased(outline, brush.color());
+    } else {
+        mBuilder.fillOutline(outline, new LineShaderUsage(brush.color()));
+    }
 }
 
 void GraphicsPaintEngine::drawLines(const QLine*, int)
@@ -278,8 +321,8 @@ void GraphicsPaintEngine::drawPath(const QPainterPath& path)
         return;
     const bool antialiased = mHints.testFlag(QPainter::Antialiasing);
     if (mBrush.style() != Qt::NoBrush) {
-        if (antialiased)
-            mBuilder.fillOutlineAntialiased(mTransform.map(path), mBrush.color());
+        if (antialiased || GradientShaderUsage::isGradient(mBrush))
+            fillOutline(mTransform.map(path), mBrush, path.controlPointRect(), antialiased);
         else
             mBuilder.fillPath(mTransform.map(path), mBrush.color());
     }
@@ -293,11 +336,8 @@ void GraphicsPaintEngine::drawPath(const QPainterPath& path)
         stroker.setJoinStyle(mPen.joinStyle());
         stroker.setCapStyle(mPen.capStyle());
         stroker.setMiterLimit(mPen.miterLimit());
-        const QPainterPath outline = mTransform.map(stroker.createStroke(path));
-        if (antialiased)
-            mBuilder.fillOutlineAntialiased(outline, mPen.color());
-        else
-            mBuilder.fillOutline(outline, new LineShaderUsage(mPen.color()));
+        fillOutline(mTransform.map(stroker.createStroke(path)), mPen.brush(), path.controlPointRect(),
+                    antialiased);
         return;
     }
     default:
@@ -373,22 +413,31 @@ void GraphicsPaintEngine::appendGlyphs(const QPointF& origin, const GlyphRun& ru
     QVector<QPointF> positions = run.positions();
     for (QPointF& p : positions)
         p = mTransform.map(origin + p);
-    // Under a scale the glyphs are rasterised at the size they appear; other
-    // transforms move them, upright.
-    const qreal scale = mTransform.type() == QTransform::TxScale ? qAbs(mTransform.m22()) : 1.0;
-    if (qFuzzyCompare(scale, 1.0)) {
-        mBuilder.drawGlyphRun(run, positions, color);
+    // Glyphs are rasterised at the size they appear. Under a translation or a
+    // scale they stand upright on whole pixels; any other transform turns (or
+    // mirrors, or shears) each glyph's bitmap with it.
+    const bool upright =
+        mTransform.type() <= QTransform::TxScale && mTransform.m11() > 0 && mTransform.m22() > 0;
+    const qreal scale = upright ? mTransform.m22() : std::sqrt(qAbs(mTransform.determinant()));
+    if (scale <= 0)
+        return;
+    const GlyphRun sized = qFuzzyCompare(scale, 1.0) ? run
+                                                     : GlyphRun(run.face(), qRound(run.pixelSize() * scale),
+                                                                run.glyphs(), run.positions());
+    if (upright) {
+        mBuilder.drawGlyphRun(sized, positions, color);
         return;
     }
-    const GlyphRun scaled(run.face(), qRound(run.pixelSize() * scale), run.glyphs(), run.positions());
-    mBuilder.drawGlyphRun(scaled, positions, color);
+    const QTransform orientation(mTransform.m11() / scale, mTransform.m12() / scale, mTransform.m21() / scale,
+                                 mTransform.m22() / scale, 0, 0);
+    mBuilder.drawGlyphRun(sized, positions, orientation, color);
 }
 
 void GraphicsPaintEngine::drawImageSlice(const QRect& target, const ImageSlice& slice,
                                          QFlags<ImageSlice::Slice> parts)
 {
     syncPainterState();
-    mBuilder.drawImageSlice(mTransform.mapRect(target), hasClip() ? mClip : Shape(), slice, parts);
+    mBuilder.drawImageSlice(target, mTransform, hasClip() ? mClip : Shape(), slice, parts);
 }
 
 void GraphicsPaintEngine::drawDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list,
@@ -413,8 +462,14 @@ void GraphicsPaintEngine::drawWithCustomRenderer(ICustomRenderer* renderer, cons
                                                  const QRect& source, bool opaque, const QMatrix4x4& matrix)
 {
     syncPainterState();
-    const QRect placed = mTransform.mapRect(matrix.mapRect(target));
-    mBuilder.drawWithCustomRenderer(renderer, placed, source, opaque && mMatrix.isIdentity());
+    const QTransform full = matrix.toTransform() * mTransform;
+    if (full.type() <= QTransform::TxScale && full.m11() > 0 && full.m22() > 0 && matrix.isAffine()) {
+        mBuilder.drawWithCustomRenderer(renderer, full.mapRect(target), source, opaque);
+        return;
+    }
+    // Turned, mirrored or in perspective: the renderer draws `target` through the
+    // whole matrix itself.
+    mBuilder.drawWithCustomRenderer(renderer, target, source, opaque, QMatrix4x4(mTransform) * matrix);
 }
 
 GraphicsPaintEngine::Clipped GraphicsPaintEngine::getClipped(const QRectF& rect,

@@ -107,8 +107,11 @@ public:
 
     static constexpr Type kType = Type(User + 7);
 
-private:
+    /// Hands the painter's current state to the engine, for calls that reach the
+    /// engine or its builder without passing through the painter.
     void syncPainterState();
+
+private:
     void setTransform(const QTransform& transform);
     void setCompositionMode(QPainter::CompositionMode mode);
     void updateClip(const QPaintEngineState& state);
@@ -116,6 +119,13 @@ private:
     void appendGlyphs(const QPointF& origin, const GlyphRun& run, const QColor& color);
     void drawTexture(const QRectF& target, const QSize& size, const TextureKey& key, const QRectF& source,
                      bool blend);
+    /// Fills a device-space outline with a brush, a colour or a gradient; `bounds`
+    /// (logical) are the object's, for gradients relative to them.
+    void fillOutline(const QPainterPath& outline, const QBrush& brush, const QRectF& bounds,
+                     bool antialiased);
+    /// A gradient brush's coordinates to the device's, for an object of logical
+    /// `bounds`: the brush's own transform, then the brush origin, then the painter's.
+    QTransform gradientToDevice(const QBrush& brush, const QRectF& bounds) const;
 
     RenderItemBuilder mBuilder;
     qreal mOpacity = 1.0;

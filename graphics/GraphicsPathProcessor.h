@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QPainterPath>
 #include <QTransform>
 #include <QVector2D>
@@ -9,7 +11,7 @@ namespace gfx {
 
 // Flattens painter paths into polylines through a transform: lines as they are,
 // cubic curves cut into segments no longer than a few pixels.
-class GraphicsPathProcessor
+class ORBIS_UI_INTERNAL_EXPORT GraphicsPathProcessor
 {
 public:
     using Polyline = QVector<QVector2D>;

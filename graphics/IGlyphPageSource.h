@@ -1,12 +1,14 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QSize>
 #include <qopengl.h>
 
 namespace gfx {
 
 // What the texture cache needs of the glyph cache, which owns the atlas pages.
-class IGlyphPageSource
+class ORBIS_UI_INTERNAL_EXPORT IGlyphPageSource
 {
 public:
     struct PageInfo

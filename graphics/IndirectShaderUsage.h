@@ -1,12 +1,14 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "ShaderUsage.h"
 
 namespace gfx {
 
 // Stands in on items that draw through something else (nested display lists): it
 // only says whether the item blends. It has no program of its own.
-class IndirectShaderUsage : public ShaderUsage
+class ORBIS_UI_INTERNAL_EXPORT IndirectShaderUsage : public ShaderUsage
 {
 public:
     explicit IndirectShaderUsage(bool blend) : ShaderUsage(ShaderCache::kColor), mBlend(blend) {}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QVector>
@@ -11,7 +13,7 @@ namespace gfx {
 // per mip level the image size and the faces' pixels, each padded to four bytes.
 // Either byte order is accepted. Array and 3D textures are refused, and so are
 // uncompressed formats GLES 2 lacks and levels shorter than their size needs.
-class KtxFile
+class ORBIS_UI_INTERNAL_EXPORT KtxFile
 {
 public:
     static constexpr int kHeaderSize = 64;

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "ShaderUsage.h"
 
 namespace gfx {
 
 // Lines and strokes: a colour, optionally modulated by a texture along the line.
-class LineShaderUsage : public ShaderUsage
+class ORBIS_UI_INTERNAL_EXPORT LineShaderUsage : public ShaderUsage
 {
 public:
     LineShaderUsage(const QColor& color, const TextureKey& texture = TextureKey())

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "ShaderUsage.h"
 
 namespace gfx {
 
 // Two textures mixed by an amount (0 shows the first, 1 the second).
-class MultiTextureShaderUsage : public ShaderUsage
+class ORBIS_UI_INTERNAL_EXPORT MultiTextureShaderUsage : public ShaderUsage
 {
 public:
     MultiTextureShaderUsage(const TextureKey& first, const TextureKey& second, float mix);

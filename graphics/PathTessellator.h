@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "Vertex.h"
 
 #include <QVector2D>
@@ -8,7 +10,7 @@
 namespace gfx {
 
 // Triangles that fill closed contours by a fill rule, through the GLU tessellator.
-class PathTessellator
+class ORBIS_UI_INTERNAL_EXPORT PathTessellator
 {
 public:
     enum FillRule

@@ -39,9 +39,14 @@ QRect RenderItem::mappedInterior(const QMatrix4x4& matrix, const QRect& rect)
 
 void RenderItem::computeRects(const QRect& local, const QRect& opaqueArea)
 {
-    localBounds = local;
     const bool identity = !shaderUsage || shaderUsage->isIdentity();
-    const QMatrix4x4 matrix = identity ? QMatrix4x4() : shaderUsage->matrix();
+    computeRects(local, opaqueArea, identity ? QMatrix4x4() : shaderUsage->matrix());
+}
+
+void RenderItem::computeRects(const QRect& local, const QRect& opaqueArea, const QMatrix4x4& matrix)
+{
+    localBounds = local;
+    const bool identity = matrix.isIdentity();
     bounds = identity ? local : mappedBounds(matrix, local);
     if (identity)
         opaqueRect = opaqueArea;

@@ -30,6 +30,8 @@ public:
     /// Sets the rectangles from the item's own: `bounds` through the usage's
     /// matrix, `opaqueRect` only where the matrix keeps rectangles rectangular.
     void computeRects(const QRect& local, const QRect& opaqueArea);
+    /// The same through `matrix`, for items whose usage carries none.
+    void computeRects(const QRect& local, const QRect& opaqueArea, const QMatrix4x4& matrix);
 
     /// `rect` through `matrix`, widened to every pixel that it touches.
     static QRect mappedBounds(const QMatrix4x4& matrix, const QRect& rect);

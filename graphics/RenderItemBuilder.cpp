@@ -1,5 +1,7 @@
 #include "RenderItemBuilder.h"
 
+#include "CoverageMaskCache.h"
+
 #include "AlphaTextureShaderUsage.h"
 #include "ColorShaderUsage.h"
 #include "ColorTextureShaderUsage.h"
@@ -10,6 +12,7 @@
 #include "GeometryRenderItem.h"
 #include "GlyphQuads.h"
 #include "GlyphRun.h"
+#include "GradientShaderUsage.h"
 #include "GraphicsPathProcessor.h"
 #include "LineShaderUsage.h"
 #include "MaskTextureShaderUsage.h"
@@ -239,12 +242,18 @@ void RenderItemBuilder::drawGlyphRun(const GlyphRun& run, float x, float y, cons
 void RenderItemBuilder::drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions,
                                      const QColor& color, const QRect& clip)
 {
+    drawGlyphRun(run, positions, QTransform(), color, clip);
+}
+
+void RenderItemBuilder::drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions,
+                                     const QTransform& orientation, const QColor& color, const QRect& clip)
+{
     QRegion region = mClip;
     if (!clip.isNull())
         region = mHasClip ? region & clip : QRegion(clip);
     const bool clipped = mHasClip || !clip.isNull();
     const QMap<unsigned int, Geometry*> pages =
-        GlyphQuads::build(run, positions, clipped ? &region : nullptr);
+        GlyphQuads::build(run, positions, orientation, clipped ? &region : nullptr);
     for (auto it = pages.constBegin(); it != pages.constEnd(); ++it) {
         if (it.value()->vertices().isEmpty()) {
             delete it.value();
@@ -260,22 +269,52 @@ void RenderItemBuilder::drawImageSlice(const QRect& target, const Shape& clip, c
 {
     if (slice.isNull() || target.isEmpty())
         return;
-    QRegion visible(target);
-    if (mHasClip)
-        visible &= mClip;
-    for (const QPolygonF& polygon : clip.polygons())
-        visible &= QRegion(polygon.toPolygon());
+    const QRegion visible = visibleOf(target, clip);
+    appendSlice(slice, target, parts, [&](const QRect& area, const TexCoordInsets& insets) -> Geometry* {
+        const QRegion shown = visible & area;
+        if (shown.isEmpty())
+            return nullptr;
+        auto* g = new Geometry(Geometry::kTextureRects);
+        g->setRegion(shown);
+        g->setTextureMapping(area, insets);
+        return g;
+    });
+}
+
+void RenderItemBuilder::drawImageSlice(const QRect& target, const QTransform& transform, const Shape& clip,
+                                       const ImageSlice& slice, QFlags<ImageSlice::Slice> parts)
+{
+    if (transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0) {
+        drawImageSlice(transform.mapRect(target), clip, slice, parts);
+        return;
+    }
+    if (slice.isNull() || target.isEmpty())
+        return;
+    const QRegion visible = visibleOf(transform.mapRect(QRectF(target)).toAlignedRect(), clip);
+    appendSlice(slice, target, parts, [&](const QRect& area, const TexCoordInsets& insets) -> Geometry* {
+        const Shape shape = Shape(QRectF(area), transform, insets).clipped(visible);
+        if (shape.deepIsEmpty())
+            return nullptr;
+        auto* g = new Geometry(Geometry::kTextureShape);
+        g->setShape(shape);
+        return g;
+    });
+}
+
+void RenderItemBuilder::appendSlice(
+    const ImageSlice& slice, const QRect& target, QFlags<ImageSlice::Slice> parts,
+    const std::function<Geometry*(const QRect& area, const TexCoordInsets& insets)>& geometryOf)
+{
     Geometry* head = nullptr;
     Geometry* tail = nullptr;
     for (int bit = ImageSlice::TopLeft; bit <= ImageSlice::BottomRight; bit <<= 1) {
         const auto part = ImageSlice::Slice(bit);
         const QRect area = slice.target(part, target);
-        const QRegion shown = visible & area;
-        if (!parts.testFlag(part) || shown.isEmpty())
+        if (!parts.testFlag(part) || area.isEmpty())
             continue;
-        auto* g = new Geometry(Geometry::kTextureRects);
-        g->setRegion(shown);
-        g->setTextureMapping(area, insetsOf(slice.source(part), slice.size()));
+        Geometry* g = geometryOf(area, insetsOf(slice.source(part), slice.size()));
+        if (!g)
+            continue;
         if (tail)
             tail->setNext(g);
         else
@@ -284,6 +323,16 @@ void RenderItemBuilder::drawImageSlice(const QRect& target, const Shape& clip, c
     }
     if (head)
         appendGeometry(new TextureShaderUsage(slice.texture(), slice.hasAlpha()), head);
+}
+
+QRegion RenderItemBuilder::visibleOf(const QRect& bounds, const Shape& clip) const
+{
+    QRegion visible(bounds);
+    if (mHasClip)
+        visible &= mClip;
+    for (const QPolygonF& polygon : clip.polygons())
+        visible &= QRegion(polygon.toPolygon());
+    return visible;
 }
 
 void RenderItemBuilder::fillPath(const QPainterPath& path, const QColor& color)
@@ -327,19 +376,31 @@ void RenderItemBuilder::fillOutline(const QPainterPath& outline, ShaderUsage* us
 
 void RenderItemBuilder::fillOutlineAntialiased(const QPainterPath& outline, const QColor& color)
 {
+    appendCoverage(outline,
+                   [&](const TextureKey& coverage) { return new AlphaTextureShaderUsage(coverage, color); });
+}
+
+void RenderItemBuilder::fillOutlineAntialiased(const QPainterPath& outline, const QGradient& gradient,
+                                               const QTransform& gradientToDevice)
+{
+    appendCoverage(outline, [&](const TextureKey& coverage) {
+        return new GradientShaderUsage(gradient, gradientToDevice, coverage);
+    });
+}
+
+void RenderItemBuilder::fillShape(const Shape& shape, ShaderUsage* usage)
+{
+    appendShape(usage, shape, false);
+}
+
+void RenderItemBuilder::appendCoverage(
+    const QPainterPath& outline, const std::function<ShaderUsage*(const TextureKey& coverage)>& usageFor)
+{
     const QRect bounds = outline.boundingRect().toAlignedRect();
     if (bounds.isEmpty() || outsideClip(bounds))
         return;
-    QImage coverage(bounds.size(), QImage::Format_Alpha8);
-    coverage.fill(0);
-    {
-        QPainter painter(&coverage);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.translate(-bounds.topLeft());
-        painter.fillPath(outline, Qt::black);
-    }
-    appendShape(new AlphaTextureShaderUsage(TextureCache::instance()->addOrLookup(coverage), color),
-                Shape(QRectF(bounds)), true);
+    const CoverageMaskCache::Mask mask = CoverageMaskCache::instance()->mask(outline, bounds);
+    appendShape(usageFor(mask.key), Shape(QRectF(bounds), QTransform(), mask.insets), true);
 }
 
 void RenderItemBuilder::stroke(const QVector<QVector2D>& points, const Geometry::StrokeProps& props,
@@ -438,10 +499,16 @@ void RenderItemBuilder::drawViewportDisplayList(const TExplicitlySharedDataPoint
 void RenderItemBuilder::drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target,
                                                const QRect& source, bool opaque)
 {
-    if (!renderer || outsideClip(target))
+    drawWithCustomRenderer(renderer, target, source, opaque, QMatrix4x4());
+}
+
+void RenderItemBuilder::drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target,
+                                               const QRect& source, bool opaque, const QMatrix4x4& matrix)
+{
+    if (!renderer || outsideClip(RenderItem::mappedBounds(matrix, target)))
         return;
-    auto* item = new CommandRenderItem(renderer, target, source);
-    item->computeRects(target, opaque ? target : QRect());
+    auto* item = new CommandRenderItem(renderer, target, source, matrix);
+    item->computeRects(target, opaque ? target : QRect(), matrix);
     mItems.append(item);
 }
 

@@ -9,12 +9,14 @@
 #include "TextureKey.h"
 
 #include <QColor>
+#include <QGradient>
 #include <QMatrix4x4>
 #include <QPainterPath>
 #include <QRegion>
 #include <QVector2D>
 #include <QVector>
 #include <TExplicitlySharedDataPointer.h>
+#include <functional>
 #include <qopengl.h>
 
 namespace gfx {
@@ -91,11 +93,18 @@ public:
     /// Each glyph at its own baseline position (device pixels).
     void drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions, const QColor& color,
                       const QRect& clip = QRect());
+    /// ... with each glyph turned by `orientation` about its position (see GlyphQuads).
+    void drawGlyphRun(const GlyphRun& run, const QVector<QPointF>& positions, const QTransform& orientation,
+                      const QColor& color, const QRect& clip = QRect());
 
     /// The chosen parts of a nine-patch in `target` (device pixels), cut to
     /// `clip` as well when the shape is not empty.
     void drawImageSlice(const QRect& target, const Shape& clip, const ImageSlice& slice,
                         QFlags<ImageSlice::Slice> parts);
+    /// ... with `target` and its parts in local coordinates taken through
+    /// `transform`, which may turn, mirror or shear them.
+    void drawImageSlice(const QRect& target, const QTransform& transform, const Shape& clip,
+                        const ImageSlice& slice, QFlags<ImageSlice::Slice> parts);
 
     /// Fills a path in device coordinates by its fill rule.
     void fillPath(const QPainterPath& path, const QColor& color);
@@ -116,6 +125,11 @@ public:
     /// The same, antialiased: the area's coverage, rasterised into an alpha texture,
     /// tints `color`.
     void fillOutlineAntialiased(const QPainterPath& outline, const QColor& color);
+    /// ... or shades a gradient, whose coordinates `gradientToDevice` maps.
+    void fillOutlineAntialiased(const QPainterPath& outline, const QGradient& gradient,
+                                const QTransform& gradientToDevice);
+    /// A shape filled by a usage that shades by position (gradients), owned from here.
+    void fillShape(const Shape& shape, ShaderUsage* usage);
 
     /// Takes ownership of both.
     void drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader);
@@ -128,13 +142,25 @@ public:
     /// `opaque` promises that the renderer covers `target` with opaque pixels.
     void drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target, const QRect& source,
                                 bool opaque);
+    /// ... with `target` in item coordinates that `matrix` takes to the surface; the
+    /// renderer finds `matrix` in the render state's matrix.
+    void drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target, const QRect& source,
+                                bool opaque, const QMatrix4x4& matrix);
 
 private:
     Geometry* geometryFor(const Shape& shape, bool textured) const;
+    QRegion visibleOf(const QRect& bounds, const Shape& clip) const;
+    /// One item for the chosen parts of a nine-patch, each part's geometry made
+    /// from its target area and texture insets (nullptr where nothing shows).
+    void
+    appendSlice(const ImageSlice& slice, const QRect& target, QFlags<ImageSlice::Slice> parts,
+                const std::function<Geometry*(const QRect& area, const TexCoordInsets& insets)>& geometryOf);
     void appendGeometry(ShaderUsage* usage, Geometry* geometry, const QMatrix4x4& matrix = QMatrix4x4());
     void appendShape(ShaderUsage* usage, const Shape& shape, bool textured);
     void appendTransformedShape(ShaderUsage* usage, const Shape& shape, const QMatrix4x4& matrix);
     bool outsideClip(const QRect& rect) const;
+    void appendCoverage(const QPainterPath& outline,
+                        const std::function<ShaderUsage*(const TextureKey& coverage)>& usageFor);
 
     QVector<RenderItem*> mItems;
     QRegion mClip;

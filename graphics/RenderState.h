@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QMatrix4x4>
 #include <QRect>
 
@@ -7,7 +9,7 @@ namespace gfx {
 
 // What a render pass draws into. Coordinates are surface pixels with the origin at
 // the top left; GL's bottom-left origin is derived from the surface height.
-struct RenderState
+struct ORBIS_UI_INTERNAL_EXPORT RenderState
 {
     RenderState() = default;
     // A pass that fills a whole surface of `size`.

@@ -25,6 +25,14 @@ public:
         kMaskTexture,
         kColorTexture,
         kAlphaTexture,
+        /// Gradients through a colour ramp texture; the masked ones take their
+        /// coverage from the alpha of a second texture.
+        kLinearGradient,
+        kRadialGradient,
+        kConicalGradient,
+        kMaskedLinearGradient,
+        kMaskedRadialGradient,
+        kMaskedConicalGradient,
     };
 
     static ShaderCache* instance() { return Singleton<ShaderCache>::instance(); }
@@ -48,7 +56,7 @@ private:
     friend class Singleton<ShaderCache>;
     ShaderCache() = default;
 
-    ShaderProgram* compiled(int id, const QByteArray& fragmentSource);
+    ShaderProgram* compiled(int id, const QByteArray& vertexSource, const QByteArray& fragmentSource);
 
     QHash<int, ShaderProgram*> mPrograms;
     QHash<int, QByteArray> mCustomSources;

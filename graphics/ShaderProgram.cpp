@@ -5,6 +5,7 @@
 #include <Logger.h>
 #include <QColor>
 #include <QMatrix4x4>
+#include <QVector4D>
 
 static const char* const kLogSource = "graphics/ShaderProgram";
 
@@ -123,6 +124,14 @@ void ShaderProgram::setUniform(const char* name, const QColor& color, float opac
     const GLint location = uniformLocation(name);
     const float a = float(color.alphaF()) * opacity;
     const float v[4] = {float(color.redF()) * a, float(color.greenF()) * a, float(color.blueF()) * a, a};
+    if (changes(location, v, 4))
+        GLFunctions::current()->glUniform4f(location, v[0], v[1], v[2], v[3]);
+}
+
+void ShaderProgram::setUniform(const char* name, const QVector4D& value)
+{
+    const GLint location = uniformLocation(name);
+    const float v[4] = {value.x(), value.y(), value.z(), value.w()};
     if (changes(location, v, 4))
         GLFunctions::current()->glUniform4f(location, v[0], v[1], v[2], v[3]);
 }

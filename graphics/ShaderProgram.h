@@ -10,6 +10,7 @@
 
 class QColor;
 class QMatrix4x4;
+class QVector4D;
 
 namespace gfx {
 
@@ -37,6 +38,7 @@ public:
     /// Premultiplies the colour and scales it by `opacity`.
     void setUniform(const char* name, const QColor& color, float opacity);
     void setUniform(const char* name, const QMatrix4x4& matrix);
+    void setUniform(const char* name, const QVector4D& value);
 
 private:
     GLuint compile(GLenum type, const QByteArray& source);

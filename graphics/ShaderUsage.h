@@ -55,6 +55,14 @@ public:
     }
     const QColor& color() const { return mColor; }
     const QVector<TextureKey>& textures() const { return mTextures; }
+    /// Keeps the textures of a usage merged into this one: keys that compare equal
+    /// may still be different objects (slots on one shared page) whose pixels must
+    /// live as long as the merged geometry.
+    void retainTexturesOf(const ShaderUsage& merged)
+    {
+        mRetained += merged.mTextures;
+        mRetained += merged.mRetained;
+    }
 
 protected:
     ShaderUsage(const ShaderUsage&) = default;
@@ -64,6 +72,7 @@ protected:
     QVector<TextureKey> mTextures;
 
 private:
+    QVector<TextureKey> mRetained;
     float mOpacity = 1.0f;
     QMatrix4x4 mMatrix;
     bool mIdentity = true;

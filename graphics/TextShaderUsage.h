@@ -1,11 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "AlphaTextureShaderUsage.h"
 
 namespace gfx {
 
 // Glyphs: a colour through the coverage of a glyph atlas page.
-class TextShaderUsage : public AlphaTextureShaderUsage
+class ORBIS_UI_INTERNAL_EXPORT TextShaderUsage : public AlphaTextureShaderUsage
 {
 public:
     TextShaderUsage(const TextureKey& glyphPage, const QColor& color)

@@ -3,10 +3,12 @@
 #include "GLStateManager.h"
 #include "GLUtils.h"
 #include "IGlyphPageSource.h"
+#include "SharedTextureManager.h"
 #include "TextureKeyDataFile.h"
 #include "TextureKeyDataGlyph.h"
 #include "TextureKeyDataQImage.h"
 #include "TextureKeyDataQPixmap.h"
+#include "TextureKeyDataShared.h"
 #include "TextureKeyDataTarget.h"
 
 #include <Logger.h>
@@ -73,6 +75,8 @@ bool TextureCache::bind(const TextureKey& key)
         return false;
     if (data->type() == TextureKeyData::kGlyph)
         return bind(static_cast<TextureKeyDataGlyph*>(data));
+    if (data->type() == TextureKeyData::kShared)
+        return SharedTextureManager::instance()->bind(static_cast<TextureKeyDataShared*>(data)->slot());
     if (data->type() == TextureKeyData::kTarget) {
         const GLuint texture = static_cast<TextureKeyDataTarget*>(data)->texture();
         GLStateManager::instance()->glBindTexture2D(texture);
@@ -95,26 +99,42 @@ bool TextureCache::bind(TextureKeyDataCached* key)
 {
     if (!onGuiThread())
         return false;
-    if (const std::shared_ptr<TextureEntry>& held = key->entry()) {
-        // No search for a key that holds its entry: a stored one moves to the front,
-        // an evicted one still draws without a second upload.
-        if (held->mStored)
+    const unsigned long cacheKey = key->cacheKey();
+    if (const std::shared_ptr<TextureEntry> held = key->entry()) {
+        // No search for a key that holds its entry: a stored one moves to the front.
+        // An evicted one is still alive: it draws without a second upload and
+        // returns to the store, so that the budget counts it again (unless another
+        // key has meanwhile stored the same pixels: that copy serves both).
+        if (held->mStored) {
             mStore.touch(held->mPosition);
+        } else if (held->mTextureID) {
+            if (std::shared_ptr<TextureEntry>* hit = mStore.find(cacheKey)) {
+                key->setEntry(*hit);
+                return bindEntry(**hit);
+            }
+            store(cacheKey, held);
+        }
         return bindEntry(*held);
     }
-    const unsigned long cacheKey = key->cacheKey();
     if (std::shared_ptr<TextureEntry>* hit = mStore.find(cacheKey)) {
         key->setEntry(*hit);
         return bindEntry(**hit);
     }
     std::shared_ptr<TextureEntry> e = upload(key);
-    ORBIS_ASSERT(e->mTextureID, QStringLiteral("Texture upload produced no texture name"));
-    e->mPosition = mStore.insert(cacheKey, e);
-    e->mStored = true;
     key->setEntry(e);
-    mCurrentSize += e->mSize;
-    evict();
+    // A failed upload stays with its key, so that it is not tried again every
+    // frame, but out of the store: a later key for the same source loads afresh.
+    if (ORBIS_ASSERT(e->mTextureID, QStringLiteral("Texture upload produced no texture name")))
+        store(cacheKey, e);
     return bindEntry(*e);
+}
+
+void TextureCache::store(unsigned long cacheKey, const std::shared_ptr<TextureEntry>& entry)
+{
+    entry->mPosition = mStore.insert(cacheKey, entry);
+    entry->mStored = true;
+    mCurrentSize += entry->mSize;
+    evict();
 }
 
 std::shared_ptr<TextureCache::TextureEntry> TextureCache::upload(TextureKeyDataCached* key)
@@ -187,6 +207,12 @@ void TextureCache::destroyExpiredTextures()
     GLStateManager::instance()->glBindTexture2D(0);
     GLUtils::glDeleteTrackedTextures(mExpired.size(), mExpired.constData());
     mExpired.clear();
+}
+
+void TextureCache::deleteLater(GLuint texture)
+{
+    if (texture && onGuiThread())
+        mExpired.append(texture);
 }
 
 void TextureCache::clear()

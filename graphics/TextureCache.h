@@ -66,6 +66,8 @@ public:
     void setGlyphPageSource(IGlyphPageSource* source);
 
     void destroyExpiredTextures();
+    /// Queues a texture that something else owned for deletion with the expired ones.
+    void deleteLater(GLuint texture);
     /// Drops every stored entry (their textures expire unless keys still hold them).
     void clear();
 
@@ -85,6 +87,7 @@ private:
 
     bool onGuiThread() const;
     std::shared_ptr<TextureEntry> upload(TextureKeyDataCached* key);
+    void store(unsigned long cacheKey, const std::shared_ptr<TextureEntry>& entry);
     void evict();
     bool bindEntry(const TextureEntry& entry);
 

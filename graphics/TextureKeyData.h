@@ -20,6 +20,7 @@ public:
         kFile,
         kGlyph,
         kTarget,
+        kShared,
     };
 
     virtual ~TextureKeyData() = default;

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "TextureKeyData.h"
 
 namespace gfx {
 
 // A page of the glyph atlas; its texture belongs to the glyph cache.
-class TextureKeyDataGlyph : public TextureKeyData
+class ORBIS_UI_INTERNAL_EXPORT TextureKeyDataGlyph : public TextureKeyData
 {
 public:
     TextureKeyDataGlyph(unsigned int page, const QSize& size, int depth)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "TextureKeyData.h"
 
 #include <qopengl.h>
@@ -9,7 +11,7 @@ namespace gfx {
 // A texture that something else owns and renders into (a layer's framebuffer): the
 // cache binds its name as it is and never uploads, stores or deletes it. The owner
 // keeps the key valid for as long as display lists may draw it.
-class TextureKeyDataTarget : public TextureKeyData
+class ORBIS_UI_INTERNAL_EXPORT TextureKeyDataTarget : public TextureKeyData
 {
 public:
     TextureKeyDataTarget(GLuint texture, const QSize& size) : mTexture(texture), mSize(size) {}

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "ShaderUsage.h"
 
 namespace gfx {
 
 // A texture, optionally with a second one for a custom shader. An opacified usage
 // composites the texture over a constant colour and needs no blending.
-class TextureShaderUsage : public ShaderUsage
+class ORBIS_UI_INTERNAL_EXPORT TextureShaderUsage : public ShaderUsage
 {
 public:
     TextureShaderUsage(const TextureKey& texture, bool blend,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "Vertex.h"
 
 #include <QVector>
@@ -14,7 +16,7 @@ class GeometryBufferAllocator;
 // frame has passed since the last upload, in which case the whole store is
 // respecified so that the driver never waits for the GPU to finish the last frame.
 // Unchanged buffers are only bound.
-class VertexBuffer
+class ORBIS_UI_INTERNAL_EXPORT VertexBuffer
 {
 public:
     explicit VertexBuffer(GeometryBufferAllocator* allocator = nullptr);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "InterpolatedValue.h"
 
 // A fling that slows down by itself and never leaves [lower, upper].
@@ -14,7 +16,7 @@
 //
 // The start is the owner's value at the moment the transition begins to run, so the
 // transition may be queued behind others.
-class InterpolatedValue::BoundedDeclerateTransition : public InterpolatedValue::Transition
+class ORBIS_UI_INTERNAL_EXPORT InterpolatedValue::BoundedDeclerateTransition : public InterpolatedValue::Transition
 {
 public:
     BoundedDeclerateTransition(InterpolatedValue& owner, double start, double velocity, double lower,

@@ -7,10 +7,15 @@
 #include "Graphics.h"
 #include "Logger.h"
 #include "PopupView.h"
+#include "SingleShotTimer.h"
+#include "SkinManager.h"
 #include "TouchOwnership.h"
 #include "ViewBufferManager.h"
 #include "input/touch/TouchDevice.h"
+#include "inspector/InspectorServer.h"
 
+#include <CoverageMaskCache.h>
+#include <GLExtensions.h>
 #include <GLFunctions.h>
 #include <GLStateManager.h>
 #include <GlyphCache.h>
@@ -54,9 +59,7 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     initTransforms();
     createWindow();
     if (mWidget) {
-        const int limitKb = qMax(0, gfx::TextureCacheSize.value()) * 1024;
-        QGLContext::setTextureCacheLimit(limitKb);
-        ORBIS_INFO(QStringLiteral("setting texture cache to %1").arg(limitKb));
+        setQtTextureCacheLimit(gfx::TextureCacheSize.value());
         mBufferManager = std::make_unique<ViewBufferManager>(mWidget);
         doResize(mWindowSize);
     }
@@ -77,6 +80,7 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     mSecondTimer.start();
     mTouchDevice->loadTouchDriver(touchDriver);
     showCursor(useCursor);
+    connect(SkinManager::instance(), SIGNAL(skinChanged()), this, SLOT(skinChanged()));
     mDisplays.append(this);
     if (mWidget) {
         mWidget->makeCurrent();
@@ -85,10 +89,20 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
         if (gDumpGLExtensions.value())
             ORBIS_INFO(QStringLiteral("Extensions: ") +
                        extensions.split(QLatin1Char(' ')).join(QLatin1Char('\n')));
+        gfx::loadExtensions();
     }
     mRenderRegion = QRegion();
     mCompositeRegion = QRegion();
     mFrameNeeded = false;
+
+    const int inspectorPort = InspectorServer::configuredPort();
+    if (inspectorPort > 0 &&
+        ORBIS_ASSERT(inspectorPort + screen <= 65535,
+                     QStringLiteral("The inspector port is out of range: %1").arg(inspectorPort + screen))) {
+        mInspector = std::make_unique<InspectorServer>(this);
+        if (!mInspector->listen(quint16(inspectorPort + screen)))
+            mInspector.reset();
+    }
 
     mTimer.setObjectName(QStringLiteral("UITick"));
     mTimer.setSingleShot(false);
@@ -126,8 +140,27 @@ void DisplayDevice::makeCurrent()
         mWidget->makeCurrent();
 }
 
+void DisplayDevice::setQtTextureCacheLimit(int megabytes)
+{
+    const int limitKb = qMax(0, megabytes) * 1024;
+    QGLContext::setTextureCacheLimit(limitKb);
+    ORBIS_INFO(QStringLiteral("setting texture cache to %1").arg(limitKb));
+}
+
+void DisplayDevice::changeTextureCacheSize(int megabytes)
+{
+    if (!ORBIS_ASSERT(megabytes >= 0,
+                      QStringLiteral("The texture cache size cannot be negative: %1").arg(megabytes)))
+        return;
+    gfx::TextureCache::instance()->setMaxSizeMb(megabytes);
+    if (mWidget)
+        setQtTextureCacheLimit(megabytes);
+}
+
 DisplayDevice::~DisplayDevice()
 {
+    // The inspector's client goes first: its overlay is part of the tree.
+    mInspector.reset();
     // Layer framebuffers belong to the window's context.
     makeCurrent();
     // The tree goes first, while the device can still drop its references to it.
@@ -143,6 +176,7 @@ DisplayDevice::~DisplayDevice()
         gfx::ShaderCache::instance()->releaseAll();
         if (Singleton<gfx::GlyphCache>::exists())
             gfx::GlyphCache::instance()->releaseTextures();
+        Singleton<gfx::CoverageMaskCache>::reset();
         if (Singleton<gfx::TextureCache>::exists()) {
             gfx::TextureCache::instance()->clear();
             gfx::TextureCache::instance()->destroyExpiredTextures();
@@ -342,6 +376,7 @@ void DisplayDevice::startFrame()
     if (mTouchOwnership)
         mTouchOwnership->processEvents();
     updateAnimations();
+    SingleShotTimer::fireExpired();
     checkKeyFocus();
     sVisitedCount = 0;
     sPlaceCount = 0;
@@ -408,8 +443,11 @@ void DisplayDevice::finishViewAnimation(DisplayView* view)
 
 void DisplayDevice::deferLayout(DisplayView* view)
 {
-    if (!mDeferredLayouts.contains(view))
+    // Building a screen queues every new view: the set keeps that linear.
+    if (!mDeferredSet.contains(view)) {
+        mDeferredSet.insert(view);
         mDeferredLayouts.append(view);
+    }
 }
 
 void DisplayDevice::processDeferredLayouts()
@@ -420,6 +458,7 @@ void DisplayDevice::processDeferredLayouts()
     for (int pass = 0; pass < gMaxLayoutIterations.value() && !mDeferredLayouts.isEmpty(); ++pass) {
         const QList<DisplayView*> queue = mDeferredLayouts;
         mDeferredLayouts.clear();
+        mDeferredSet.clear();
         for (DisplayView* view : queue) {
             // Views laid out by an earlier one of this batch are clean by now.
             if (view->isLayoutDirty())
@@ -449,6 +488,14 @@ void DisplayDevice::dispatchTick1s(DisplayView* view)
 void DisplayDevice::dispatchReskinned(DisplayView* view)
 {
     dispatch(view, &DisplayView::reskinned);
+}
+
+void DisplayDevice::skinChanged()
+{
+    // Every colour may have changed, including those views read at draw time.
+    dispatchReskinned(this);
+    markDirtyRectsForRendering(true, true);
+    reveal();
 }
 
 // Focus
@@ -516,7 +563,8 @@ void DisplayDevice::showCursor(bool show)
 
 void DisplayDevice::removeReferences(DisplayView* view)
 {
-    mDeferredLayouts.removeOne(view);
+    if (mDeferredSet.remove(view))
+        mDeferredLayouts.removeOne(view);
     if (DisplayViewAnimation* animation = getViewAnimation(view, false)) {
         mAnimations.removeOne(animation);
         delete animation;

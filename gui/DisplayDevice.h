@@ -8,11 +8,14 @@
 #include <QList>
 #include <QMatrix4x4>
 #include <QRegion>
+#include <QSet>
 #include <QTimer>
+#include <functional>
 #include <memory>
 
 class DisplayDeviceWidget;
 class DisplayViewAnimation;
+class InspectorServer;
 class PopupView;
 class QGLFramebufferObject;
 class QMouseEvent;
@@ -69,6 +72,9 @@ public:
     ViewBufferManager* viewBufferManager() const { return mBufferManager.get(); }
     bool hasWindow() const { return mWidget != nullptr; }
     void makeCurrent();
+    /// The texture budget in megabytes at run time (0: unbounded); the cache
+    /// evicts at once when it holds more.
+    void changeTextureCacheSize(int megabytes);
 
     /// Containers of the root, bottom to top.
     DisplayView* hiddenViews() const { return mHidden; }
@@ -88,7 +94,7 @@ public:
     /// Hands over the collected regions and clears them (the frame's render step).
     void takeDirtyRegions(QRegion* render, QRegion* composite);
 
-    // Frame.
+    /// Frame.
     QTimer* timer() { return &mTimer; }
     void startFrame();
     void finishFrame();
@@ -108,6 +114,12 @@ public:
     /// on the global thread pool.
     void screenshot(QString path);
     void screenshot(int x, int y, int width, int height, QString path);
+    /// Hands the next composited frame to `done`, on the GUI thread during that frame.
+    void grabFrame(std::function<void(const QImage&)> done);
+
+    /// The view inspector, when "ui/inspector_port" started one (the display with
+    /// screen index N listens on that port plus N).
+    InspectorServer* inspector() const { return mInspector.get(); }
 
     void updateAnimations();
     void processDeferredLayouts();
@@ -117,12 +129,12 @@ public:
     void dispatchTick1s(DisplayView* view);
     void dispatchReskinned(DisplayView* view);
 
-    // Animations.
+    /// Animations.
     DisplayViewAnimation* getViewAnimation(DisplayView* view, bool create);
     void finishViewAnimation(DisplayView* view);
     int animationCount() const { return mAnimations.size(); }
 
-    // Focus.
+    /// Focus.
     void setKeyFocus(DisplayView* view);
     void clearKeyFocus();
     void checkKeyFocus();
@@ -156,11 +168,11 @@ public:
     void setDisclosureArea(const QRect& area);
     QRect disclosureArea() const { return mDisclosureArea; }
 
-    // Views.
+    /// Views.
     void deleteView(DisplayView* view);
     void removeReferences(DisplayView* view);
 
-    // Process-wide settings.
+    /// Process-wide settings.
     static int refreshRate;
     static double windowScale;
     static int rotateOrientation;
@@ -172,6 +184,9 @@ public:
 
 public slots:
     void doTick();
+    /// The day/night skin changed: views are told (reskinned) and the whole screen
+    /// repaints.
+    void skinChanged();
 
 signals:
     void popupWillShow(PopupView* popup);
@@ -191,6 +206,8 @@ private slots:
 private:
     void createWindow();
     void applyCursor();
+    /// Qt's own paint engine keeps its texture cache by this budget too.
+    static void setQtTextureCacheLimit(int megabytes);
     /// The layer into whose buffer a layer is composited instead of onto the screen.
     DisplayView* nestingTarget(DisplayView* view) const;
     void paintWithGraphics(DisplayView* view, ViewBuffer* buffer, const QTransform& toPixels,
@@ -218,6 +235,7 @@ private:
     bool mFrameNeeded = false;
     QList<DisplayViewAnimation*> mAnimations;
     QList<DisplayView*> mDeferredLayouts;
+    QSet<DisplayView*> mDeferredSet;
     DisplayView* mKeyFocus = nullptr;
     DisplayView* mTouchFocus = nullptr;
     TouchOwnership* mTouchOwnership = nullptr;
@@ -247,8 +265,10 @@ private:
     {
         QRect rect;
         QString path;
+        std::function<void(const QImage&)> done;
     };
     QList<PendingScreenshot> mScreenshots;
     /// Per layer that holds nested layers, where they must be composited this frame.
     QHash<DisplayView*, QRegion> mNestedRendered;
+    std::unique_ptr<InspectorServer> mInspector;
 };

@@ -8,6 +8,7 @@
 #include "Graphics.h"
 #include "ScreenshotProcessor.h"
 #include "ViewBufferManager.h"
+#include "inspector/InspectorServer.h"
 
 #include <ConfigValue.h>
 #include <DisplayList.h>
@@ -24,6 +25,7 @@
 #include <RenderItemBuilder.h>
 #include <RenderState.h>
 #include <ShaderCache.h>
+#include <SharedTextureManager.h>
 #include <TextureCache.h>
 #include <cstdlib>
 
@@ -135,6 +137,7 @@ void DisplayDevice::finishFrame()
                            .arg(gfx::TextureCache::instance()->entryCount())
                            .arg(gfx::TextureCache::instance()->currentSize())
                            .arg(gfx::TextureCache::instance()->expiredTextures().size()));
+        gfx::SharedTextureManager::instance()->destroyPendingTextures();
         gfx::TextureCache::instance()->destroyExpiredTextures();
         if (drawing) {
             ++mStats.drawnFrames;
@@ -150,6 +153,8 @@ void DisplayDevice::finishFrame()
         measureTick1sRate();
         mSecondTimer.restart();
     }
+    if (mInspector)
+        mInspector->frameFinished();
 }
 
 QMatrix4x4 DisplayDevice::screenMatrix(DisplayView* view) const
@@ -157,7 +162,8 @@ QMatrix4x4 DisplayDevice::screenMatrix(DisplayView* view) const
     QMatrix4x4 matrix;
     for (; view && view != this; view = view->mParentView) {
         QMatrix4x4 step;
-        step.translate(float(int(view->mX)), float(int(view->mY)));
+        const QPoint at = view->positionInParent();
+        step.translate(float(at.x()), float(at.y()));
         step *= *view->mLayerTransform;
         matrix = step * matrix;
     }
@@ -574,10 +580,18 @@ void DisplayDevice::screenshot(int x, int y, int width, int height, QString path
         return;
     if (!ORBIS_ASSERT(mWidget, QStringLiteral("Screenshot without a window")))
         return;
-    mScreenshots.append({rect, path});
+    mScreenshots.append({rect, path, nullptr});
     // The whole area is composited again so that the capture does not depend on
     // what the back buffer kept from earlier frames.
     reveal(rect);
+}
+
+void DisplayDevice::grabFrame(std::function<void(const QImage&)> done)
+{
+    if (!ORBIS_ASSERT(mWidget, QStringLiteral("Screenshot without a window")))
+        return;
+    mScreenshots.append({rect(), QString(), std::move(done)});
+    reveal(rect());
 }
 
 void DisplayDevice::captureScreenshot()
@@ -585,10 +599,15 @@ void DisplayDevice::captureScreenshot()
     if (mScreenshots.isEmpty())
         return;
     const QImage frame = mWidget->grabFrameBuffer(false);
-    for (const PendingScreenshot& shot : qAsConst(mScreenshots)) {
-        const QImage pixels = frame.copy(mWindowMatrix.mapRect(shot.rect));
-        QThreadPool::globalInstance()->start(new ScreenshotProcessor(pixels, shot.path));
-    }
+    // A receiver may ask for the next frame already.
+    const QList<PendingScreenshot> shots = std::move(mScreenshots);
     mScreenshots.clear();
+    for (const PendingScreenshot& shot : shots) {
+        const QImage pixels = frame.copy(mWindowMatrix.mapRect(shot.rect));
+        if (shot.done)
+            shot.done(pixels);
+        else
+            QThreadPool::globalInstance()->start(new ScreenshotProcessor(pixels, shot.path));
+    }
     gfx::GLStateManager::instance()->clearToInvalid();
 }

@@ -63,6 +63,8 @@ public:
     // Decoded on first use only: drawing through the engine uploads from the file.
     mutable QImage pixels;
     mutable bool decoded = false;
+    // -1 until the pixels have been looked at.
+    mutable qint8 monochrome = -1;
 };
 
 DisplayImage::DisplayImage() = default;
@@ -221,6 +223,36 @@ int DisplayImage::alphaAt(const QPoint& pixel) const
     return qAlpha(pixels.pixel(pixel));
 }
 
+bool DisplayImage::isMonochrome() const
+{
+    if (!mSource)
+        return false;
+    if (mSource->monochrome < 0) {
+        const QImage pixels = image().convertToFormat(QImage::Format_ARGB32);
+        bool one = !pixels.isNull();
+        QRgb ink = 0;
+        bool seen = false;
+        for (int y = 0; one && y < pixels.height(); ++y) {
+            const QRgb* row = reinterpret_cast<const QRgb*>(pixels.constScanLine(y));
+            for (int x = 0; one && x < pixels.width(); ++x) {
+                // Faint edge pixels carry too little colour to tell.
+                if (qAlpha(row[x]) < 128)
+                    continue;
+                // Premultiplied edges come back with rounded channels.
+                const QRgb colour = row[x];
+                one = !seen ||
+                      (qAbs(qRed(colour) - qRed(ink)) <= 8 && qAbs(qGreen(colour) - qGreen(ink)) <= 8 &&
+                       qAbs(qBlue(colour) - qBlue(ink)) <= 8);
+                if (!seen)
+                    ink = colour;
+                seen = true;
+            }
+        }
+        mSource->monochrome = one && seen ? 1 : 0;
+    }
+    return mSource->monochrome == 1;
+}
+
 void DisplayImage::setCuts(const QMargins& cuts)
 {
     mCuts =
@@ -310,7 +342,13 @@ void DisplayImage::drawWithPainter(QPainter& painter, const QRect& target) const
 
 bool DisplayImage::operator==(const DisplayImage& other) const
 {
-    return mSource == other.mSource && mCuts == other.mCuts && mFill == other.mFill;
+    if (mCuts != other.mCuts || mFill != other.mFill)
+        return false;
+    if (mSource == other.mSource)
+        return true;
+    // Two values made from the same pixels are the same picture.
+    return mSource && other.mSource && mSource->path.isEmpty() && other.mSource->path.isEmpty() &&
+           mSource->pixels.cacheKey() == other.mSource->pixels.cacheKey();
 }
 
 int DisplayImage::sourceCount()

@@ -60,6 +60,9 @@ public:
     QImage image() const;
     /// The alpha of a picture pixel; 0 outside the picture.
     int alphaAt(const QPoint& pixel) const;
+    /// Whether every visible pixel has one colour (a symbol drawn in one ink), so
+    /// that the picture can be recoloured; read once from the decoded pixels.
+    bool isMonochrome() const;
 
     /// Nine-patch cut lines as distances from the left, top, right and bottom edges.
     const QMargins& cuts() const { return mCuts; }

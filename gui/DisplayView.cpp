@@ -350,7 +350,7 @@ void DisplayView::reveal(bool force)
 QRect DisplayView::mapRectToParent(const QRect& rect) const
 {
     const QRect mapped = mLayerTransform == &sIdentityMatrix ? rect : mLayerTransform->mapRect(rect);
-    return mapped.translated(int(mX), int(mY));
+    return mapped.translated(positionInParent());
 }
 
 void DisplayView::revealInDevice(const QRect& rect)
@@ -463,7 +463,7 @@ void DisplayView::drawChild(DisplayView* child, QPainter& painter, QRect rect, Q
     // A child with a layer of its own is rendered into it and composited.
     if (child->mLayer)
         return;
-    const QPoint origin = offset + child->position();
+    const QPoint origin = offset + child->positionInParent();
     const QRect area = rect & child->drawingLayerRect().translated(origin);
     if (area.isEmpty())
         return;
@@ -572,7 +572,7 @@ DisplayView* DisplayView::viewAtPoint(QPoint point)
         DisplayView* child = *--iter;
         if (!child->mVisible || !(child->mEnabled || (child->mTouchFlags & TouchWhileDisabled)))
             continue;
-        DisplayView* hit = child->viewAtPoint(point - child->position());
+        DisplayView* hit = child->viewAtPoint(point - child->positionInParent());
         if (!hit)
             continue;
         while (hit && !hit->acceptsTouches())

@@ -19,6 +19,11 @@
 #include <QVector3D>
 #include <memory>
 
+extern "C" {
+#include <Layout.h>
+}
+
+class CssLayout;
 class DataValue;
 class DisplayDevice;
 class DisplayViewAnimation;
@@ -172,7 +177,7 @@ public:
     /// The flex layout measures views through it; a plain view keeps its own size.
     virtual QSizeF naturalSize(double width);
 
-    // Tree.
+    /// Tree.
     void changeParent(DisplayView* parent);
     void raise(DisplayView* above = nullptr);
     void lower(DisplayView* below = nullptr);
@@ -246,6 +251,11 @@ public:
     QSize size() const { return QSize(mWidth, mHeight); }
     QPoint center() const { return rect().center(); }
     QRect relativePositionRect(DisplayView* ancestor) const;
+    /// How far the children are scrolled: a child at (x, y) appears at (x, y) minus this
+    /// offset. Scrolling containers move it; for any other view it is (0, 0).
+    QPoint contentOffset() const;
+    /// Where the view appears in its parent: its position less the parent's content offset.
+    QPoint positionInParent() const;
     QRect drawingRect() const;
     QRect drawingAreaRect() const;
     QRect drawingLayerRect() const;
@@ -257,7 +267,7 @@ public:
     float scale() const { return float(mScale); }
     float angle() const { return float(mAngle); }
 
-    // Visibility and enablement.
+    /// Visibility and enablement.
     void show(bool visible = true);
     void hide() { show(false); }
     bool isVisible(DisplayView* stopAt = nullptr);
@@ -267,7 +277,7 @@ public:
     bool isEnabled() const { return mEnabled; }
     void reveal(bool force = false);
 
-    // Invalidation.
+    /// Invalidation.
     void update();
     void update(const QRect& rect);
     void update(const QRegion& region);
@@ -275,11 +285,11 @@ public:
     void markDirtyRectsForRendering(bool recursive, bool force);
     void updateDisplayArea();
 
-    // Painting.
+    /// Painting.
     void drawViewAndChildren(QPainter& painter);
     void drawText(QPainter& painter, const QRect& rect, int flags, const QString& text, const QColor& color);
 
-    // Layers.
+    /// Layers.
     void setUseLayer(bool useLayer, bool cached = false);
     bool useLayer() const { return mUseLayer; }
     void setUseCachedLayer(bool cached);
@@ -316,8 +326,11 @@ public:
     void setBackgroundOpacity(double opacity);
     void clearBackground();
 
-    // Behaviour flags.
+    /// Behaviour flags.
     void setTouchBehavior(TouchBehavior behavior, bool on);
+    /// A view that takes a gesture gets it itself. A view that requires drags (a
+    /// scrolling container) also gets the drags that start on descendants that neither
+    /// take drags nor name a drag delegate.
     void setTouchGesture(TouchGesture gesture, bool on);
     void setRequiredTouchGesture(TouchGesture gesture, bool on);
     void setIgnoreDragGestures(bool horizontal, bool vertical);
@@ -331,7 +344,7 @@ public:
     Padding touchPadding() const;
     void setDragGestureDelegate(DisplayView* delegate);
 
-    // Focus and touch.
+    /// Focus and touch.
     void getKeyFocus();
     bool hasKeyFocus();
     void resignKeyFocus(bool toParent = false);
@@ -347,7 +360,7 @@ public:
     bool isDestroying() const { return mDestroying; }
     bool canHaveKeyFocus() const { return mCanHaveKeyFocus; }
 
-    // Value binding.
+    /// Value binding.
     void setValueSource(DataValue& value);
     void setValueSource(StringDataValue& value);
     void clearValueSource();
@@ -357,11 +370,84 @@ public:
     void addToValueSource(double delta);
     bool dvConnect(DataValue& value, const char* slot, bool callNow);
 
-    // Layout.
+    /// Layout.
     void setLayoutImpl(LayoutImpl* impl);
-    /// Every layout binding of the framework is the flex one.
-    bool usesCssLayout() const { return mLayoutImpl != nullptr; }
     LayoutImpl* layoutImpl() const { return mLayoutImpl.get(); }
+    /// Flex layout: the view takes part in its parent's flex flow (when the parent has
+    /// one) and lays out its own children by flex rules. The css setters enable it; so
+    /// does a style with flex attributes, and joining a flex parent.
+    void enableCssLayout();
+    void disableCssLayout();
+    /// A view that places its own children (a scrolling view, a control with a title)
+    /// keeps them out of any flex flow it joins; the children may still lay out their
+    /// own subtrees by flex rules.
+    void setPlacesOwnChildren(bool places);
+    bool placesOwnChildren() const { return mPlacesOwnChildren; }
+    bool usesCssLayout() const { return mCssLayout != nullptr; }
+    CssLayout* cssLayout() const { return mCssLayout; }
+    void setCssDirection(css_direction_t direction);
+    css_direction_t cssDirection() const;
+    void setCssFlexDirection(css_flex_direction_t direction);
+    css_flex_direction_t cssFlexDirection() const;
+    void setCssJustifyContent(css_justify_t justify);
+    css_justify_t cssJustifyContent() const;
+    void setCssAlignContent(css_align_t align);
+    css_align_t cssAlignContent() const;
+    void setCssAlignItems(css_align_t align);
+    css_align_t cssAlignItems() const;
+    void setCssAlignSelf(css_align_t align);
+    css_align_t cssAlignSelf() const;
+    void setCssFlexWrap(css_wrap_type_t wrap);
+    css_wrap_type_t cssFlexWrap() const;
+    void setCssPositionType(css_position_type_t type);
+    css_position_type_t cssPositionType() const;
+    void setCssFlex(float flex);
+    float cssFlex() const;
+    /// Four-element forms are in the order top, right, bottom, left; six-element forms
+    /// add start and end.
+    void setCssPosition(css_position_t edge, float value);
+    void setCssPosition(const float (&edges)[4]);
+    void setCssPosition(float top, float right, float bottom, float left);
+    void setCssTopLeft(const QPointF& topLeft);
+    float cssPosition(css_position_t edge) const;
+    QPointF cssTopLeft() const;
+    float cssTop() const;
+    float cssLeft() const;
+    float cssRight() const;
+    float cssBottom() const;
+    void setCssSize(css_dimension_t dimension, float value);
+    void setCssSize(const QSizeF& size);
+    void setCssWidth(float width);
+    void setCssHeight(float height);
+    QSizeF cssSize() const;
+    float cssWidth() const;
+    float cssHeight() const;
+    void setCssMinSize(css_dimension_t dimension, float value);
+    void setCssMinSize(const QSizeF& size);
+    void setCssMinWidth(float width);
+    void setCssMinHeight(float height);
+    QSizeF cssMinSize() const;
+    void setCssMaxSize(css_dimension_t dimension, float value);
+    void setCssMaxSize(const QSizeF& size);
+    void setCssMaxWidth(float width);
+    void setCssMaxHeight(float height);
+    QSizeF cssMaxSize() const;
+    void setCssMargin(css_position_t edge, float value);
+    void setCssMargin(const float (&edges)[6]);
+    void setCssMargin(const Padding& margin);
+    void setCssMargin(float top, float right, float bottom, float left, float start, float end);
+    float cssMargin(css_position_t edge) const;
+    void setCssPadding(css_position_t edge, float value);
+    void setCssPadding(const float (&edges)[6]);
+    void setCssPadding(const Padding& padding);
+    void setCssPadding(float top, float right, float bottom, float left, float start, float end);
+    float cssPadding(css_position_t edge) const;
+    void setCssBorder(css_position_t edge, float value);
+    void setCssBorder(const float (&edges)[6]);
+    void setCssBorder(const Padding& border);
+    void setCssBorder(float top, float right, float bottom, float left, float start, float end);
+    float cssBorder(css_position_t edge) const;
+    bool fixedSize() const { return mFixedSize; }
     void setLayoutMargin(const Padding& margin);
     Padding layoutMargin() const;
     void setEnableDeferredLayout(bool enable);
@@ -383,7 +469,7 @@ public:
     QRectF layoutResultRect() const;
     void setLayoutAction(LayoutAction* action, bool owned);
 
-    // Diagnostics.
+    /// Diagnostics.
     QString viewPath();
     void setViewName(QString name);
     const Style& style() const;
@@ -425,11 +511,14 @@ protected:
     void applyBrightness(float brightness);
     void applyScale(double scale);
     void applyAngle(double angle);
+    /// Moves the children's origin; placing them and repainting are the caller's part.
+    void setContentOffset(const QPoint& offset);
 
 private:
     friend class DisplayViewList;
     friend class DisplayViewAnimation;
     friend class DisplayDevice;
+    friend class CssLayout;
 
     void setDevice(DisplayDevice* device);
     bool acceptsTouches() const;
@@ -446,6 +535,9 @@ private:
                        EaseType ease, double delay);
     QRect visualOffsetRect() const;
     void applyAutoResize();
+    /// Feeds the style's flex attributes to the flex binding.
+    void applyCssStyle(const Style& style);
+    const CssLayout& cssValues() const;
 
     DisplayView* mParentView = nullptr;
     DisplayDevice* mDevice = nullptr;
@@ -478,6 +570,7 @@ private:
     bool mCanClearKeyFocus = true;
     bool mDestroying = false;
     bool mDeleteAfterAnimation = false;
+    bool mPlacesOwnChildren = false;
     bool mInMoved = false;
     bool mInResized = false;
     bool mEnableDeferredLayout = false;
@@ -492,6 +585,7 @@ private:
     DataValue* mValueSource = nullptr;
 
     std::unique_ptr<LayoutImpl> mLayoutImpl;
+    CssLayout* mCssLayout = nullptr; // mLayoutImpl when it is the flex binding
 
     QString mViewName;
     Style mStyle;

@@ -1,14 +1,17 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "DisplayView.h"
 
 // The rarely used state of a view, allocated on first use.
-struct DisplayView::Extras
+struct ORBIS_UI_INTERNAL_EXPORT DisplayView::Extras
 {
     QPointF mPivot;
     QVector3D mAxis = QVector3D(0, 0, 1);
     QMatrix4x4 mTransform;
     QRect mClip;
+    QPoint mContentOffset;
     QRect mOpaque;
     Padding mTouchPadding;
     Padding mShadowPadding;

@@ -186,8 +186,12 @@ void DisplayView::moveTo(int x, int y, double duration, EaseType ease, double de
         return;
     if (!checkGeometryChange(isAnimated(duration, delay), "Circular layout in moveTo View: %1", __LINE__))
         return;
-    if (!animateOrStop(Anim::X, x, Anim::Y, y, duration, ease, delay))
-        applyPosition(x, y);
+    if (animateOrStop(Anim::X, x, Anim::Y, y, duration, ease, delay))
+        return;
+    // A place given by hand outlasts the next layout pass.
+    if (mLayoutImpl && !LayoutAction::isAnimatorActive())
+        mLayoutImpl->setTopLeft(QPointF(x, y));
+    applyPosition(x, y);
 }
 
 void DisplayView::moveLeft(int x, double duration, EaseType ease, double delay)
@@ -277,8 +281,12 @@ void DisplayView::resizeTo(int width, int height, double duration, EaseType ease
 {
     if (!checkGeometryChange(isAnimated(duration, delay), "Circular layout in resizeTo View: %1", __LINE__))
         return;
-    if (!animateOrStop(Anim::Width, width, Anim::Height, height, duration, ease, delay))
-        applySize(width, height);
+    if (animateOrStop(Anim::Width, width, Anim::Height, height, duration, ease, delay))
+        return;
+    // So does a size given by hand, in the dimensions it changes (NaN: left as it is).
+    if (mLayoutImpl && !LayoutAction::isAnimatorActive())
+        mLayoutImpl->setSize(QSizeF(width != mWidth ? width : qQNaN(), height != mHeight ? height : qQNaN()));
+    applySize(width, height);
 }
 
 void DisplayView::resizeVisualTo(int width, int height, double duration, EaseType ease, double delay)
@@ -450,10 +458,27 @@ void DisplayView::applyAutoResize()
 
 QRect DisplayView::relativePositionRect(DisplayView* ancestor) const
 {
-    QRect result = rect();
+    QRect result(positionInParent(), size());
     for (DisplayView* view = mParentView; view && view != ancestor; view = view->mParentView)
         result = view->mapRectToParent(result);
     return result;
+}
+
+QPoint DisplayView::contentOffset() const
+{
+    return ext().mContentOffset;
+}
+
+void DisplayView::setContentOffset(const QPoint& offset)
+{
+    if (offset != ext().mContentOffset)
+        extras().mContentOffset = offset;
+}
+
+QPoint DisplayView::positionInParent() const
+{
+    const QPoint at = position();
+    return mParentView ? at - mParentView->contentOffset() : at;
 }
 
 QRect DisplayView::drawingRect() const

@@ -1,4 +1,5 @@
 // DisplayView: the layout protocol.
+#include "CssLayout.h"
 #include "DisplayDevice.h"
 #include "DisplayView.h"
 #include "DisplayViewExtras.h"
@@ -11,6 +12,8 @@ void DisplayView::setLayoutImpl(LayoutImpl* impl)
 {
     if (impl == mLayoutImpl.get())
         return;
+    // Known before the old binding goes, which may look at its view while it does.
+    mCssLayout = dynamic_cast<CssLayout*>(impl);
     mLayoutImpl.reset(impl);
     layoutImplChanged();
     if (impl && mEnableDeferredLayout) {
@@ -70,7 +73,7 @@ void DisplayView::layoutPropertyChanged(LayoutProperty property)
     if (mEnableDeferredLayout) {
         markLayoutDirty();
         queueForLayout();
-    } else if (usesCssLayout()) {
+    } else if (mLayoutImpl) {
         viewAssert(
             "mEnableDeferredLayout",
             QStringLiteral("Views that use CSS Layout should always have mEnableDeferredLayout set View: %1"),
@@ -137,7 +140,10 @@ void DisplayView::doLayout()
     }
     if (mLayoutImpl)
         mLayoutImpl->layout();
-    visitChildrenForLayout();
+    // A flex view's binding visits the children in its flow; a child outside the flow
+    // is queued for layout by its own changes.
+    if (!mCssLayout)
+        visitChildrenForLayout();
 }
 
 void DisplayView::visitChildrenForLayout()

@@ -14,6 +14,15 @@ bool isValidEdgeCount(int count)
 {
     return count == 1 || count == 2 || count == 4 || count == 6;
 }
+
+bool hasFlexAttributes(const Style& style)
+{
+    for (int attribute = Style::Direction; attribute <= Style::MaxHeight; ++attribute) {
+        if (style.isDefined(Style::StyleAttribute(attribute)))
+            return true;
+    }
+    return false;
+}
 } // namespace
 
 const Style& DisplayView::style() const
@@ -31,11 +40,17 @@ void DisplayView::setStyle(const Style& style)
     if (style.isNull())
         return;
 
+    // Flex attributes make a flex view; enabling the binding takes the whole style.
+    if (mCssLayout)
+        applyCssStyle(style);
+    else if (hasFlexAttributes(style))
+        enableCssLayout();
+
     int number = 0;
     double real = 0;
     bool flag = false;
     QString text;
-    if (!usesCssLayout()) {
+    if (!mLayoutImpl) {
         // Laid-out views take their geometry from the layout pass instead.
         if (style.intValue(Style::Width, number))
             setWidth(number);
@@ -69,7 +84,7 @@ void DisplayView::setStyle(const Style& style)
     if (style.boolValue(Style::TouchEnabled, flag))
         setTouchBehavior(IgnoreTouches, !flag);
 
-    // The flex edges themselves are read from the style by the layout binding.
+    // The flex edges themselves went to the flex binding above.
     if (style.isDefined(Style::Padding)) {
         const int count = style.doubleListValue(Style::Padding).size();
         if (!isValidEdgeCount(count))

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "DisplayView.h"
 
 #include <QFont>
 
 // A debug line over the screen with the GL memory in use: cached textures and
 // layer framebuffers. Refreshed once a second.
-class GfxMemoryLabel : public DisplayView
+class ORBIS_UI_INTERNAL_EXPORT GfxMemoryLabel : public DisplayView
 {
     Q_OBJECT
 

@@ -1,10 +1,14 @@
 #include "Skin.h"
 
+#include "StyleData.h"
+#include "StyleManager.h"
+
 #include <Logger.h>
 #include <QHash>
 #include <QSet>
 
 static const char* const kLogSource = "../../../gui/Skin";
+static const QString kSkinGroup = QStringLiteral("Skin/");
 
 namespace {
 QHash<QString, SkinColor>& colors()
@@ -46,6 +50,14 @@ QHash<QString, SkinColor>& colors()
 SkinColor Skin::parseColor(const QString& text)
 {
     const QString name = text.trimmed();
+    // A skin file's colour wins over the built-in set of the same name.
+    if (Singleton<StyleManager>::exists()) {
+        if (const Style::StyleData* data = StyleManager::instance()->lookupStyle(kSkinGroup + name)) {
+            const QColor defined(data->values().value(Style::Color).toString());
+            if (defined.isValid())
+                return SkinColor(defined);
+        }
+    }
     const auto it = colors().constFind(name);
     if (it != colors().constEnd())
         return it.value();
@@ -62,6 +74,8 @@ SkinColor Skin::parseColor(const QString& text)
 
 bool Skin::hasColor(const QString& name)
 {
+    if (Singleton<StyleManager>::exists() && StyleManager::instance()->lookupStyle(kSkinGroup + name))
+        return true;
     return colors().contains(name);
 }
 

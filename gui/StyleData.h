@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "Style.h"
 
 #include <QPointer>
@@ -10,7 +12,7 @@
 // Registered with the StyleManager and shared by every Style handle built from the
 // same text; the reference count lives in QSharedData. A style also holds a
 // reference on each of its prerequisites, so that what it was built from outlives it.
-class Style::StyleData : public QSharedData
+class ORBIS_UI_INTERNAL_EXPORT Style::StyleData : public QSharedData
 {
 public:
     StyleData() = default;

@@ -5,6 +5,7 @@
 #include "DependancyEvaluator.h"
 #include "Logger.h"
 #include "PerfLogger.h"
+#include "SkinManager.h"
 #include "StorageUtils.h"
 #include "StyleData.h"
 #include "StyleVariantConverter.h"
@@ -22,6 +23,7 @@ namespace {
 static const char* const kLogSource = "gui/Style";
 
 ConfigBoolValue gRuntimeStyling("ui/runtime_styling", false);
+ConfigBoolValue gReleaseUnusedStyles("ui/release_unused_styles", false);
 
 std::atomic<bool> gDevelopmentCar{false};
 
@@ -74,6 +76,8 @@ StyleManager::~StyleManager()
 
 void StyleManager::initialize()
 {
+    // The skin of the current day mode is one of the files to read.
+    SkinManager::instance();
     {
         DataValue::ConditionalLocker lock(GUI_isDevelopmentCar);
         gDevelopmentCar = GUI_isDevelopmentCar.toBool();
@@ -90,6 +94,11 @@ void StyleManager::registerOptionalStyleOverrideName(const QString& name)
 {
     if (!name.isEmpty() && !overrideNames().contains(name))
         overrideNames().append(name);
+}
+
+void StyleManager::unregisterOptionalStyleOverrideName(const QString& name)
+{
+    overrideNames().removeAll(name);
 }
 
 Style::StyleData* StyleManager::lookupStyle(const QString& name) const
@@ -135,7 +144,7 @@ Style::StyleData* StyleManager::lookupOrCreateWritten(const QString& text)
     if (known != mWrittenSpecs.cend())
         return known.value();
     // Nothing is under construction here, so every unused style can go.
-    if (mCreationOrder.size() >= mSweepAt)
+    if (mCreationOrder.size() >= mSweepAt && gReleaseUnusedStyles.value())
         releaseUnusedStyles();
     Style::StyleData* data = lookupOrCreateSpec(Style::normalizedSpec(text), true);
     mWrittenSpecs.insert(text, data);

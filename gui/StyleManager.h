@@ -17,12 +17,14 @@ class QSettings;
 /// folder; on a development vehicle the files are watched and every style that
 /// depends on an edited one restyles live.
 ///
-/// Style strings built at run time (a colour per value, say) are unbounded, so the
-/// registry lets go of styles that nothing holds any more: no Style handle, no
-/// listener, no named style built on them. That happens in sweeps, started by a new
-/// style string once the registry has doubled since the last sweep; so a text that
-/// is dropped and asked for again soon is usually still parsed, and a cached lookup
-/// costs nothing extra. Defined named styles stay for the life of the process.
+/// A StyleData stays registered for the life of the process, so that views with the
+/// same style string always share one. Applications that build style strings at
+/// run time (a colour per value, say) can set "ui/release_unused_styles": the
+/// registry then lets go of styles that nothing holds any more (no Style handle, no
+/// listener, no named style built on them) in sweeps, started by a new style string
+/// once the registry has doubled since the last sweep; so a text that is dropped
+/// and asked for again soon is usually still parsed. Defined named styles always
+/// stay.
 class ORBIS_UI_EXPORT StyleManager : public QObject
 {
     Q_OBJECT
@@ -36,8 +38,7 @@ public:
 
     /// The named style, or nullptr when no configuration entry defines it.
     Style::StyleData* lookupStyle(const QString& name) const;
-    /// styleText must be normalized (Style::normalizedSpec). The returned style stays
-    /// registered only while something holds it (see above).
+    /// styleText must be normalized (Style::normalizedSpec).
     Style::StyleData* lookupOrCreateSpec(const QString& styleText, bool evaluate);
     Style::StyleData* lookupOrCreateAlias(const QString& name, const QString& styleText);
     /// The style registered under a normalized style string, or nullptr.
@@ -57,13 +58,15 @@ public:
     /// Adds "<base>-<name>.conf" files, read before the common and base files when
     /// present; their definitions win over later files without being reported.
     static void registerOptionalStyleOverrideName(const QString& name);
+    static void unregisterOptionalStyleOverrideName(const QString& name);
     /// The style files of the assets folder, in reading order.
     static QStringList configurationFiles();
 
     QStringList watchedFiles() const;
     int styleCount() const { return mCreationOrder.size(); }
     /// Unregisters every style that nothing holds; returns how many went. Does
-    /// nothing while styles are being loaded or restyled.
+    /// nothing while styles are being loaded or restyled. Callable whatever
+    /// "ui/release_unused_styles" says.
     int releaseUnusedStyles();
 
 public Q_SLOTS:

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "VariantConverter.h"
 
 // Text form of Style variants: the style string, or the name of a named style.
-class StyleVariantConverter : public VariantConverter
+class ORBIS_UI_INTERNAL_EXPORT StyleVariantConverter : public VariantConverter
 {
 public:
     int typeId() const override;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QSize>
 
 class QGLWidget;
@@ -8,7 +10,7 @@ class ViewBuffer;
 // Gives the layers of one screen their framebuffers in the screen's GL context and
 // brackets the drawing of a frame. Framebuffers are made at the size a layer is
 // rendered at and replaced when that size or the backing type changes.
-class ViewBufferManager
+class ORBIS_UI_INTERNAL_EXPORT ViewBufferManager
 {
 public:
     explicit ViewBufferManager(QGLWidget* widget) : mWidget(widget) {}

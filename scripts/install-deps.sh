@@ -1,20 +1,27 @@
 #!/usr/bin/env bash
 # Installs what the build, the tests and the demo need: Debian packages that
 # are missing (checked with dpkg first, so a ready machine costs seconds), then
-# the pinned npm packages.
+# the pinned npm packages. With --browser it also installs chromium for the
+# inspector's browser smoke test.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 packages=(
   build-essential cmake ninja-build pkg-config ccache
-  qtbase5-dev qtbase5-dev-tools libqt5opengl5-dev libqt5svg5-dev libqt5sql5-sqlite
+  qtbase5-dev qtbase5-dev-tools libqt5opengl5-dev libqt5svg5-dev libqt5sql5-sqlite libqt5websockets5-dev
   libegl-dev libgles-dev libgl-dev libgl1-mesa-dri mesa-common-dev
   xvfb xauth xdotool x11-utils
   libpolyclipping-dev libstb-dev libfreetype-dev libfontconfig-dev zlib1g-dev libicu-dev libglu1-mesa-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   fonts-dejavu-core
+  # The fuzzers (scripts/fuzz.sh) need clang's libFuzzer.
+  clang libclang-rt-dev
   nodejs npm
 )
+# The browser smoke test of the view inspector (test_browser) alone needs a browser.
+if [[ "${1:-}" == "--browser" ]]; then
+  packages+=(chromium)
+fi
 
 missing=()
 for p in "${packages[@]}"; do

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds and runs the demo centre display for a number
-# of frames (on a virtual X server when there is no display), then says where the
-# screenshot of the last frame and the frame statistics went. Extra arguments go
+# Installs what is missing, builds the demo centre display and plays its tour
+# (apps/demo/tour.touch: every screen, with taps, drags, a pinch and the night
+# skin) on a virtual X server when there is no display. Writes one picture of each
+# screen, the last frame, and the frame statistics per screen. Extra arguments go
 # to the demo (--size 1920x720, --set ui/show_dirty_rects=true, ...).
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
@@ -11,11 +12,18 @@ cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/nu
 cmake --build "$build" --target orbis-demo --parallel "$(nproc)"
 
 out="${ORBIS_DEMO_OUT:-$build/demo-output}"
-mkdir -p "$out"
+screens="$out/screens"
+mkdir -p "$screens"
 screenshot="$out/screenshot.png"
 stats="$out/frame-stats.txt"
-rm -f "$screenshot" "$stats"
-demo=("$build/apps/demo/orbis-demo" --frames "${ORBIS_DEMO_FRAMES:-180}" --screenshot "$screenshot" --stats "$stats" "$@")
+rm -f "$screenshot" "$stats" "$screens"/*.png
+demo=("$build/apps/demo/orbis-demo" --screenshot "$screenshot" --stats "$stats" --screens "$screens")
+if [[ -n "${ORBIS_DEMO_FRAMES:-}" ]]; then
+  demo+=(--frames "$ORBIS_DEMO_FRAMES")
+else
+  demo+=(--script "${ORBIS_DEMO_SCRIPT:-$root/apps/demo/tour.touch}")
+fi
+demo+=("$@")
 
 export LIBGL_ALWAYS_SOFTWARE="${LIBGL_ALWAYS_SOFTWARE:-1}"
 if [[ -n "${DISPLAY:-}" ]] && xdpyinfo >/dev/null 2>&1; then
@@ -26,6 +34,7 @@ else
   xvfb-run -a -s "-noreset -screen 0 1920x1200x24" "${demo[@]}"
 fi
 
+echo "Pictures of each screen: $screens"
+ls "$screens"
 echo "Screenshot of the last frame: $screenshot"
 echo "Frame statistics: $stats"
-cat "$stats"

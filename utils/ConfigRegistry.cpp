@@ -56,6 +56,10 @@ bool ConfigRegistry::loadFile(const QString& path)
     QHash<QString, QString> loaded;
     const QStringList keys = settings.allKeys();
     for (const QString& key : keys) {
+        // A line like "=1" gives an empty key, which no value has and which the
+        // settings reader refuses with a warning of its own.
+        if (key.isEmpty())
+            continue;
         const QVariant v = settings.value(key);
         // QSettings turns "a,b" into a list; configuration values are plain text.
         loaded.insert(key, v.type() == QVariant::StringList ? v.toStringList().join(QLatin1Char(','))

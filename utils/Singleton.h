@@ -61,7 +61,7 @@ public:
     static bool exists() { return sInstance.load() != nullptr; }
     static bool isShutdown() { return sShutdown; }
 
-    // Deletes the instance (unless it is leaked by its flags); later requests fail.
+    /// Deletes the instance (unless it is leaked by its flags); later requests fail.
     static void shutdown()
     {
         std::lock_guard<std::recursive_mutex> lock(sMutex);
@@ -69,7 +69,7 @@ public:
         destroyLocked();
     }
 
-    // Deletes the instance and allows it to be created again (tests, reloading).
+    /// Deletes the instance and allows it to be created again (tests, reloading).
     static void reset()
     {
         std::lock_guard<std::recursive_mutex> lock(sMutex);

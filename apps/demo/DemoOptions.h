@@ -4,8 +4,8 @@
 #include <QString>
 #include <QStringList>
 
-// The demo's command line: display size, frame count, screenshot and statistics
-// files, configuration overrides.
+// The demo's command line. Parsed before any window or GL context exists, so that
+// --help and mistakes are answered without a display.
 class DemoOptions
 {
 public:
@@ -13,22 +13,40 @@ public:
     bool parse(const QStringList& arguments);
     QString error() const { return mError; }
     static QString usage();
+    static QStringList sceneNames();
 
     QSize size() const { return mSize; }
-    // 0: run until the window is closed.
+    // 0: run until the window is closed (or, with a script, until it has played).
     int frames() const { return mFrames; }
     QString screenshotPath() const { return mScreenshot; }
+    // 0: none; otherwise every N-th frame is written as a numbered picture.
+    int screenshotEvery() const { return mScreenshotEvery; }
+    // A folder that receives one picture of each screen the run settles on.
+    QString screensPath() const { return mScreens; }
     QString statsPath() const { return mStats; }
+    QString scriptPath() const { return mScript; }
+    QString scene() const { return mScene; }
+    bool night() const { return mNight; }
+    // Animations and scripts follow the system clock instead of whole frames.
+    bool realTime() const { return mRealTime; }
     QStringList configOverrides() const { return mOverrides; }
     bool helpRequested() const { return mHelp; }
 
 private:
     bool fail(const QString& message);
+    bool positiveInt(const QString& value, const QString& what, int* out);
 
     QSize mSize{1280, 800};
+    bool mSizeGiven = false;
     int mFrames = 0;
     QString mScreenshot;
+    int mScreenshotEvery = 0;
+    QString mScreens;
     QString mStats;
+    QString mScript;
+    QString mScene = QStringLiteral("home");
+    bool mNight = false;
+    bool mRealTime = false;
     QStringList mOverrides;
     bool mHelp = false;
     QString mError;

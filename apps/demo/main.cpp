@@ -1,73 +1,60 @@
 #include "DemoOptions.h"
-#include "DemoScene.h"
+#include "DemoRunner.h"
 
 #include <ConfigRegistry.h>
-#include <DisplayDevice.h>
 #include <QApplication>
-#include <QFile>
+#include <QSet>
 #include <QTextStream>
-#include <QThreadPool>
-#include <StyleManager.h>
+#include <input/touch/TouchScript.h>
 
+// Everything the command line can get wrong is answered before Qt connects to a
+// display, so --help and mistakes work anywhere.
 int main(int argc, char** argv)
 {
-    QApplication app(argc, argv);
     QTextStream out(stdout);
     QTextStream err(stderr);
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
 
     DemoOptions options;
-    if (!options.parse(app.arguments().mid(1))) {
-        err << options.error() << "\n" << DemoOptions::usage();
+    if (!options.parse(arguments)) {
+        err << "orbis-demo: " << options.error() << "\n" << DemoOptions::usage();
         return 2;
     }
     if (options.helpRequested()) {
         out << DemoOptions::usage();
         return 0;
     }
+    TouchScript script;
+    if (!options.scriptPath().isEmpty() && !script.load(options.scriptPath())) {
+        err << "orbis-demo: " << options.scriptPath() << ": " << script.error() << "\n"
+            << DemoOptions::usage();
+        return 2;
+    }
+    // Two maps keep up to 128 tiles of 256 KB each on the GPU, besides their layers
+    // and the rest of the screen: more than the default texture budget. --set may
+    // still change it.
+    ConfigRegistry::instance().applyOverride(QStringLiteral("gfx/texture_cache_size_mb=192"));
+    QSet<QString> keys;
+    for (const ConfigRegistry::Entry& entry : ConfigRegistry::instance().entries())
+        keys.insert(entry.key);
     for (const QString& o : options.configOverrides()) {
-        if (!ConfigRegistry::instance().applyOverride(o)) {
-            err << "unknown or bad configuration override: " << o << "\n";
+        const QString key = o.left(o.indexOf(QLatin1Char('='))).trimmed();
+        if (!keys.contains(key)) {
+            err << "orbis-demo: unknown configuration key: " << key << "\n" << DemoOptions::usage();
             return 2;
         }
+        ConfigRegistry::instance().applyOverride(o);
     }
-
-    StyleManager::instance()->initialize();
-    DisplayDevice device(options.size().width(), options.size().height());
-    if (!device.hasWindow()) {
-        err << "orbis-demo needs an X display with OpenGL (try xvfb-run)\n";
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if ((platform.isEmpty() || platform.startsWith("xcb")) && qEnvironmentVariableIsEmpty("DISPLAY")) {
+        err << "orbis-demo needs an X display with OpenGL (try xvfb-run, or ./scripts/run-demo.sh)\n";
         return 1;
     }
-    DemoScene scene(&device);
-    device.setTitle(QStringLiteral("Orbis centre display"));
-    device.setVisible(true);
 
-    // The screenshot is asked for before the last frame, which then draws the whole screen.
-    int frames = 0;
-    const int last = options.frames();
-    if (last == 1 && !options.screenshotPath().isEmpty())
-        device.screenshot(options.screenshotPath());
-    QObject::connect(device.timer(), &QTimer::timeout, &app, [&]() {
-        ++frames;
-        if (last > 0 && frames == last - 1 && !options.screenshotPath().isEmpty())
-            device.screenshot(options.screenshotPath());
-        if (last > 0 && frames >= last) {
-            device.timer()->stop();
-            app.quit();
-        }
-    });
-    const int status = app.exec();
-    QThreadPool::globalInstance()->waitForDone();
-
-    const QString stats = device.dumpStats() + QLatin1Char('\n');
-    if (options.statsPath().isEmpty()) {
-        out << stats;
-    } else {
-        QFile file(options.statsPath());
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-            err << "cannot write " << options.statsPath() << "\n";
-            return 1;
-        }
-        file.write(stats.toUtf8());
-    }
-    return status;
+    QApplication app(argc, argv);
+    out.flush();
+    DemoRunner runner(options, script);
+    return runner.run();
 }

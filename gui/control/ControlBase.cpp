@@ -7,6 +7,8 @@
 ControlBase::ControlBase(DisplayView* parent) : DisplayView(parent, nullptr)
 {
     setTouchBehavior(KeepTouches, true);
+    // Titles and icons sit where the control puts them, also in a flex row.
+    setPlacesOwnChildren(true);
 }
 
 bool ControlBase::isValidState(ControlStates state)

@@ -1,7 +1,11 @@
 #include "Label.h"
 
+#include "CssLayout.h"
 #include "FontManager.h"
 #include "Skin.h"
+
+#include <DataValue.h>
+#include <cmath>
 
 namespace {
 constexpr int kDefaultPixelSize = 24;
@@ -25,6 +29,8 @@ Label::Label(DisplayView* parent, const char* name) : DisplayView(parent, name)
     setTouchBehavior(IgnoreTouches, true);
     mRules.font = defaultFont();
     mColor = Skin::parseColor(QStringLiteral("foregroundColor"));
+    // A flex parent gave the view its binding before the label existed.
+    layoutImplChanged();
 }
 
 Label::Label(DisplayView* parent, const char* name, const QString& text, const QString& styleText)
@@ -111,6 +117,81 @@ void Label::applyTextStyle(const Style& style)
     }
     if (style.stringValue(Style::Label, text))
         setText(text);
+    if (style.stringValue(Style::InvalidText, text))
+        setInvalidText(text);
+    double precision = 0;
+    if (style.doubleValue(Style::Precision, precision))
+        setPrecision(int(precision));
+}
+
+void Label::setValueFormat(const QString& format)
+{
+    if (format == mValueFormat)
+        return;
+    mValueFormat = format;
+    refreshValue();
+}
+
+void Label::setPrecision(int decimals)
+{
+    decimals = qBound(0, decimals, 9);
+    if (decimals == mPrecision)
+        return;
+    mPrecision = decimals;
+    refreshValue();
+}
+
+void Label::setInvalidText(const QString& text)
+{
+    if (text == mInvalidText)
+        return;
+    mInvalidText = text;
+    refreshValue();
+}
+
+void Label::refreshValue()
+{
+    if (DataValue* source = valueSource()) {
+        QVariant value;
+        {
+            DataValue::ConditionalLocker lock(source);
+            value = source->value();
+        }
+        if (value.type() == QVariant::String)
+            valueChanged(false, value.toString());
+        else
+            valueChanged(false, value.toDouble());
+    }
+}
+
+void Label::valueChanged(bool, double value)
+{
+    bool valid = true;
+    if (DataValue* source = valueSource()) {
+        DataValue::ConditionalLocker lock(source);
+        valid = source->value().isValid();
+    }
+    if (!valid || !std::isfinite(value)) {
+        setText(mInvalidText);
+        return;
+    }
+    // "-0" is no temperature anyone wants to read: what rounds to zero shows as zero.
+    const double half = 0.5 * std::pow(10.0, -mPrecision);
+    showValue(QString::number(std::abs(value) < half ? 0.0 : value, 'f', mPrecision));
+}
+
+void Label::valueChanged(bool, QString value)
+{
+    if (value.isNull()) {
+        setText(mInvalidText);
+        return;
+    }
+    showValue(value);
+}
+
+void Label::showValue(const QString& value)
+{
+    setText(mValueFormat.contains(QLatin1String("%1")) ? mValueFormat.arg(value) : value);
 }
 
 void Label::setFont(const QFont& font)
@@ -243,6 +324,13 @@ QString Label::lineText(int line)
 {
     ensureLaidOut();
     return mLayout.lineText(line);
+}
+
+void Label::layoutImplChanged()
+{
+    DisplayView::layoutImplChanged();
+    if (CssLayout* css = cssLayout())
+        css->setOption(CssLayout::Measure, true);
 }
 
 QSizeF Label::naturalSize(double width)

@@ -26,6 +26,18 @@ public:
     void setText(const QString& text);
     const QString& text() const { return mText; }
 
+    /// A bound data value shows as text: numbers with the style's Precision (decimals,
+    /// 0 by default), strings as they are, an invalid value as the style's
+    /// InvalidText. The format puts the value in place of "%1" ("%1 km").
+    void setValueFormat(const QString& format);
+    const QString& valueFormat() const { return mValueFormat; }
+    void setPrecision(int decimals);
+    void setInvalidText(const QString& text);
+    /// Binding delivers changes only: this shows the bound value as it is now.
+    void refreshValue();
+    void valueChanged(bool animated, double value) override;
+    void valueChanged(bool animated, QString value) override;
+
     void setStyle(const Style& style) override;
     /// Only the text attributes of the style, not the view's geometry or background:
     /// for a label inside a control that shares the control's style.
@@ -61,6 +73,8 @@ public:
     /// The text's size plus the label padding; `width` < 0 for one unconstrained
     /// line per paragraph.
     QSizeF naturalSize(double width) override;
+    /// In a flex layout a label is measured: it takes the size of its text.
+    void layoutImplChanged() override;
     void draw(QPainter& painter) override;
     void resized() override;
     QVariantMap toVariantMap() override;
@@ -71,8 +85,12 @@ private:
     /// Something the lines depend on changed: lay out again before the next draw,
     /// and let a flex layout measure again.
     void textChanged();
+    void showValue(const QString& value);
 
     QString mText;
+    QString mValueFormat = QStringLiteral("%1");
+    QString mInvalidText;
+    int mPrecision = 0;
     LabelLayout::Rules mRules;
     LabelLayout mLayout;
     SkinColor mColor;

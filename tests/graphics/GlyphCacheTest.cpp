@@ -2,6 +2,7 @@
 #include <GlyphRun.h>
 
 #include <QFont>
+#include <QMap>
 #include <gtest/gtest.h>
 
 using namespace gfx;
@@ -88,6 +89,43 @@ TEST_F(GlyphCacheTest, FullPagesAreReusedOnlyOnceAFrameHasPassed)
     ASSERT_TRUE(cache->glyph(face, size, placed.first(), stillThere));
     EXPECT_EQ(stillThere.rect, first.rect);
     EXPECT_EQ(stillThere.page, first.page);
+}
+
+TEST_F(GlyphCacheTest, ReusingAPageMovesNoOtherGlyph)
+{
+    const int face = cache->face(QString(kFont));
+    const int size = 160;
+    GlyphCache::Glyph glyph;
+    // The last glyph placed on each page stands for its page, with its bitmap.
+    QMap<unsigned int, quint32> onPage;
+    quint32 index = 36;
+    for (; cache->glyph(face, size, index, glyph); ++index) {
+        if (!glyph.rect.isEmpty())
+            onPage[glyph.page] = index;
+    }
+    ASSERT_EQ(onPage.size(), GlyphCache::kMaxPages);
+    QMap<unsigned int, QImage> bitmaps;
+    for (auto it = onPage.constBegin(); it != onPage.constEnd(); ++it) {
+        ASSERT_TRUE(cache->glyph(face, size, it.value(), glyph));
+        bitmaps[it.key()] = cache->pageImage(it.key()).copy(glyph.rect);
+    }
+
+    cache->nextFrame();
+    // The first page stays in use, so the second is wiped: a page in the middle
+    // of the list.
+    ASSERT_TRUE(cache->glyph(face, size, onPage.first(), glyph));
+    GlyphCache::Glyph fresh;
+    ASSERT_TRUE(cache->glyph(face, size, index, fresh));
+    const unsigned int wiped = 1;
+    EXPECT_EQ(fresh.page, wiped);
+    for (auto it = onPage.constBegin(); it != onPage.constEnd(); ++it) {
+        if (it.key() == wiped)
+            continue;
+        ASSERT_TRUE(cache->glyph(face, size, it.value(), glyph)) << "page " << it.key();
+        EXPECT_FALSE(glyph.page == fresh.page && glyph.rect.intersects(fresh.rect)) << "page " << it.key();
+        EXPECT_TRUE(cache->pageImage(glyph.page).copy(glyph.rect) == bitmaps[it.key()])
+            << "page " << it.key();
+    }
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include <DisplayList.h>
 #include <GraphicsPaintDevice.h>
+#include <ICustomRenderer.h>
+#include <RenderItemBuilder.h>
 #include <RenderState.h>
 
 #include <QPainter>
@@ -165,6 +167,45 @@ TEST_F(GraphicsPaintEngineGLTest, TiledPixmapsStretchAndPatternBrushesRepeat)
         p.setBrushOrigin(5, 3);
         p.fillRect(QRect(2, 2, 70, 50), QBrush(pixmap));
     }));
+}
+
+// Fills its target with a colour through the matrix of the pass it runs in, as a
+// map renderer places its tiles.
+class FillRenderer : public ICustomRenderer
+{
+public:
+    void render(const RenderState& state, const QRect& target, const QRect&) override
+    {
+        RenderItemBuilder builder;
+        builder.drawColoredRect(target, QColor(250, 180, 20));
+        auto list = builder.createDisplayList(false);
+        list->optimize();
+        list->render(state);
+    }
+};
+
+TEST_F(GraphicsPaintEngineGLTest, CustomRenderersTurnWithThePainter)
+{
+    FillRenderer renderer;
+    const QRect target(-30, -15, 60, 30);
+    const PaintComparison compare(mGL, qRgba(20, 40, 60, 255));
+    for (const qreal angle : {30.0, 90.0, 200.0}) {
+        const QImage engine = compare.engine([&](QPainter& p) {
+            p.fillRect(QRect(0, 0, 96, 96), Qt::blue);
+            p.translate(48, 48);
+            p.rotate(angle);
+            GraphicsPaintEngine::of(p)->drawWithCustomRenderer(&renderer, target, target, true);
+        });
+        const QImage raster = compare.raster([&](QPainter& p) {
+            p.fillRect(QRect(0, 0, 96, 96), Qt::blue);
+            p.translate(48, 48);
+            p.rotate(angle);
+            p.fillRect(target, QColor(250, 180, 20));
+        });
+        // A turned renderer promises no opaque area: the blue beneath its corners stays.
+        const PaintComparison::Difference d = PaintComparison::difference(engine, raster, kTolerance);
+        EXPECT_LE(d.pixels, kSlantedEdgePixels) << "angle " << angle;
+    }
 }
 
 } // namespace

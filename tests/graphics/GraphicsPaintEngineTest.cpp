@@ -151,4 +151,24 @@ TEST_F(GraphicsPaintEngineTest, DisplayListsThroughAPainterTakeItsTransform)
     EXPECT_EQ(items()[0]->bounds, QRect(30, 40, 10, 10));
 }
 
+TEST_F(GraphicsPaintEngineTest, OnlyGradientsOfOpaqueStopsPromiseAnOpaqueArea)
+{
+    QLinearGradient opaque(0, 0, 100, 0);
+    opaque.setStops({{0, Qt::red}, {1, Qt::blue}});
+    QLinearGradient translucent = opaque;
+    translucent.setColorAt(0.5, QColor(0, 255, 0, 254));
+    {
+        QPainter painter(&mDevice);
+        painter.fillRect(QRect(0, 0, 100, 50), opaque);
+        painter.fillRect(QRect(0, 50, 100, 50), translucent);
+        painter.setOpacity(0.99);
+        painter.fillRect(QRect(100, 0, 100, 50), opaque);
+    }
+    ASSERT_EQ(items().size(), 3);
+    EXPECT_EQ(items()[0]->opaqueRect, QRect(0, 0, 100, 50));
+    EXPECT_FALSE(items()[0]->shaderUsage->needsBlending());
+    EXPECT_TRUE(items()[1]->shaderUsage->needsBlending());
+    EXPECT_TRUE(items()[2]->shaderUsage->needsBlending());
+}
+
 } // namespace

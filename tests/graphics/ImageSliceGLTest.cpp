@@ -24,6 +24,16 @@ QPixmap ninePatch()
     return QPixmap::fromImage(image);
 }
 
+// Smooth colours, so that only the edges of parts and of the whole show differences.
+QPixmap smoothPatch()
+{
+    QImage image(48, 48, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < 48; ++y)
+        for (int x = 0; x < 48; ++x)
+            image.setPixel(x, y, qPremultiply(qRgba(x * 5, y * 5, 255 - x * 2, 255 - y * 3)));
+    return QPixmap::fromImage(image);
+}
+
 class ImageSliceGLTest : public ::testing::Test
 {
 protected:
@@ -37,11 +47,7 @@ protected:
 
 TEST_F(ImageSliceGLTest, StretchedWideTallAndBothLikeABorderPixmap)
 {
-    QImage image(48, 48, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < 48; ++y)
-        for (int x = 0; x < 48; ++x)
-            image.setPixel(x, y, qPremultiply(qRgba(x * 5, y * 5, 255 - x * 2, 255 - y * 3)));
-    const QPixmap pixmap = QPixmap::fromImage(image);
+    const QPixmap pixmap = smoothPatch();
     const QMargins cuts(16, 12, 10, 14);
     const QRect targets[] = {QRect(2, 2, 90, 30), QRect(2, 34, 30, 60), QRect(36, 36, 58, 58)};
     const ImageSlice slice(pixmap, cuts);
@@ -75,6 +81,32 @@ TEST_F(ImageSliceGLTest, OnlyTheChosenPartsInsideTheClip)
     EXPECT_EQ(engine.pixel(40, 30), qRgb(255, 255, 255));
     EXPECT_EQ(engine.pixel(40, 40), background);
     EXPECT_EQ(engine.pixel(67, 67), background);
+}
+
+TEST_F(ImageSliceGLTest, TurnedWithThePainter)
+{
+    const QPixmap pixmap = smoothPatch();
+    const QMargins cuts(16, 12, 10, 14);
+    const ImageSlice slice(pixmap, cuts);
+    const QRect target(-36, -20, 72, 40);
+    for (const qreal angle : {30.0, 90.0, -120.0}) {
+        const QImage engine = mCompare.engine([&](QPainter& p) {
+            p.translate(48, 48);
+            p.rotate(angle);
+            GraphicsPaintEngine::of(p)->drawImageSlice(target, slice, ImageSlice::All);
+        });
+        const QImage raster = mCompare.raster([&](QPainter& p) {
+            p.translate(48, 48);
+            p.rotate(angle);
+            p.setRenderHint(QPainter::SmoothPixmapTransform);
+            qDrawBorderPixmap(&p, target, cuts, pixmap);
+        });
+        // Only a few pixels on the turned outline, whose centres lie on an edge
+        // within rounding, may fall to the other side.
+        const PaintComparison::Difference d = PaintComparison::difference(engine, raster, 8);
+        EXPECT_LE(d.pixels, 4) << "angle " << angle << ", worst " << d.worst << " at " << d.worstAt.x() << ","
+                               << d.worstAt.y();
+    }
 }
 
 } // namespace

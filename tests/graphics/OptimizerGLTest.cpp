@@ -37,7 +37,7 @@ protected:
     static RenderItemBuilder& builderOf(QPainter& p)
     {
         GraphicsPaintEngine* engine = GraphicsPaintEngine::of(p);
-        engine->syncState();
+        engine->syncPainterState();
         return engine->builder();
     }
 

@@ -1,11 +1,13 @@
 #include <DisplayList.h>
 #include <GraphicsPaintDevice.h>
+#include <ImageSlice.h>
 #include <RenderItemBuilder.h>
 #include <ShaderCache.h>
 #include <TextureCache.h>
 
 #include <QDir>
 #include <QPainter>
+#include <QPainterPath>
 #include <gtest/gtest.h>
 #include <random>
 #include <support/GLTestContext.h>
@@ -50,6 +52,7 @@ struct Materials
 {
     QVector<QImage> pictures{picture(80, 80, true, 1), picture(80, 80, false, 2), picture(64, 64, true, 3),
                              picture(16, 24, true, 4), picture(70, 66, false, 5)};
+    ImageSlice slice{QPixmap::fromImage(picture(24, 24, true, 6)), QMargins(6, 8, 6, 4)};
     CustomShaderKey shader = ShaderCache::instance()->registerCustomShader(
         "uniform sampler2D uTexture;\nuniform float uOpacity;\n"
         "void main() { gl_FragColor = texture2D(uTexture, vTexCoord).gbra * uOpacity; }\n");
@@ -101,13 +104,13 @@ private:
     static RenderItemBuilder& builderOf(QPainter& p)
     {
         GraphicsPaintEngine* engine = GraphicsPaintEngine::of(p);
-        engine->syncState();
+        engine->syncPainterState();
         return engine->builder();
     }
 
     void paintOne(QPainter& p, int depth)
     {
-        switch (between(0, 10)) {
+        switch (between(0, 13)) {
         case 0:
         case 1: {
             const QRect r = rect();
@@ -161,19 +164,27 @@ private:
             break;
         }
         case 8: {
+            static const char* const kTurned[] = {"fill", "image", "text", "nine-patch"};
             const QPoint centre(between(0, kSize), between(0, kSize));
             const int angle = chance(30) ? 90 * between(1, 3) : between(1, 359);
             const QRect r(-between(5, 40), -between(5, 40), between(10, 80), between(10, 80));
-            const bool fill = chance(50);
-            note(depth, "rotated %d at %d,%d: %s %d,%d %dx%d", angle, centre.x(), centre.y(),
-                 fill ? "fill" : "image", r.x(), r.y(), r.width(), r.height());
+            const int what = between(0, 3);
+            note(depth, "rotated %d at %d,%d: %s %d,%d %dx%d", angle, centre.x(), centre.y(), kTurned[what],
+                 r.x(), r.y(), r.width(), r.height());
             p.save();
             p.translate(centre);
             p.rotate(angle);
-            if (fill)
+            if (what == 0) {
                 p.fillRect(r, color());
-            else
+            } else if (what == 1) {
                 p.drawImage(r, image());
+            } else if (what == 2) {
+                p.setPen(color());
+                p.setFont(QFont(QStringLiteral("DejaVu Sans"), between(6, 20)));
+                p.drawText(r.topLeft(), QStringLiteral("Ladestation"));
+            } else {
+                GraphicsPaintEngine::of(p)->drawImageSlice(r, mMaterials.slice, ImageSlice::All);
+            }
             p.restore();
             break;
         }
@@ -193,7 +204,82 @@ private:
             if (depth < 2)
                 paintNested(p, depth);
             break;
+        case 11: {
+            const QRect r = rect();
+            note(depth, "gradient %d,%d %dx%d", r.x(), r.y(), r.width(), r.height());
+            p.fillRect(r, gradient(r));
+            break;
         }
+        case 12: {
+            const QPoint at(between(-10, kSize - 20), between(0, kSize));
+            const int size = between(6, 30);
+            note(depth, "text at %d,%d size %d", at.x(), at.y(), size);
+            p.setPen(color());
+            p.setFont(QFont(QStringLiteral("DejaVu Sans"), size));
+            p.drawText(at, QStringLiteral("Tankstelle 42 km"));
+            break;
+        }
+        case 13:
+            paintAntialiased(p, depth);
+            break;
+        }
+    }
+
+    // Equal shapes in a row, whole pixels apart or not, filled, outlined or both:
+    // their coverage masks share pages and their draws may merge.
+    void paintAntialiased(QPainter& p, int depth)
+    {
+        const QRectF shape(between(-10, kSize - 20) + between(0, 3) * 0.25, between(-10, kSize - 20) + 0.5,
+                           between(4, 50), between(4, 50));
+        const int copies = between(1, 4);
+        const QPointF step(between(-30, 30) + (chance(50) ? 0.0 : 0.5), between(-30, 30));
+        const bool outlined = chance(40);
+        const bool filled = !outlined || chance(50);
+        const bool graded = filled && chance(25);
+        note(depth, "antialiased %.2f,%.1f %.0fx%.0f x%d step %.1f,%.0f fill %d gradient %d pen %d",
+             shape.x(), shape.y(), shape.width(), shape.height(), copies, step.x(), step.y(), filled, graded,
+             outlined);
+        p.save();
+        p.setRenderHint(QPainter::Antialiasing);
+        p.setPen(outlined ? QPen(color(), between(1, 6)) : QPen(Qt::NoPen));
+        if (!filled)
+            p.setBrush(Qt::NoBrush);
+        else if (graded)
+            p.setBrush(gradient(shape.toAlignedRect()));
+        else
+            p.setBrush(color());
+        for (int i = 0; i < copies; ++i) {
+            QPainterPath path;
+            if (chance(50))
+                path.addEllipse(shape.translated(step * i));
+            else
+                path.addRoundedRect(shape.translated(step * i), 6, 6);
+            p.drawPath(path);
+        }
+        p.restore();
+    }
+
+    QBrush gradient(const QRect& r)
+    {
+        static const QGradient::Spread kSpreads[] = {QGradient::PadSpread, QGradient::RepeatSpread,
+                                                     QGradient::ReflectSpread};
+        const QPointF a(r.x() + between(0, r.width()), r.y() + between(0, r.height()));
+        const QPointF b(r.x() + between(0, r.width()), r.y() + between(0, r.height()));
+        QGradient g;
+        switch (between(0, 2)) {
+        case 0:
+            g = QLinearGradient(a, b);
+            break;
+        case 1:
+            g = QRadialGradient(a, between(1, 60), b);
+            break;
+        default:
+            g = QConicalGradient(a, between(0, 359));
+            break;
+        }
+        g.setSpread(pick(kSpreads));
+        g.setStops({{0, color()}, {between(1, 9) / 10.0, color()}, {1, color()}});
+        return QBrush(g);
     }
 
     void paintNested(QPainter& p, int depth)
@@ -274,8 +360,9 @@ TEST_F(OptimizerPropertyGLTest, RandomScenesLookTheSameWithTheOptimizerOnAndOff)
         on.save(stem + "-on.png");
         off.save(stem + "-off.png");
         ADD_FAILURE() << "seed " << seed << ": " << d.pixels << " pixels differ, worst by " << d.worst
-                      << " at " << d.worstAt.x() << "," << d.worstAt.y() << "; pictures in "
-                      << qPrintable(stem) << "-on.png and -off.png; the scene:\n"
+                      << " at " << d.worstAt.x() << "," << d.worstAt.y() << ", all within " << d.area.x()
+                      << "," << d.area.y() << " " << d.area.width() << "x" << d.area.height()
+                      << "; pictures in " << qPrintable(stem) << "-on.png and -off.png; the scene:\n"
                       << qPrintable(log.join('\n'));
     }
 }

@@ -1,3 +1,4 @@
+#include <GLFunctions.h>
 #include <GraphicsPaintDevice.h>
 
 #include <QPainter>
@@ -5,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <support/GLTestContext.h>
 #include <support/PaintComparison.h>
+#include <support/ScopedGLRecorder.h>
 
 using namespace gfx;
 
@@ -105,6 +107,61 @@ TEST_F(PathGLTest, BuilderLinesAndStrokesMatchAPen)
             p.drawPolyline(QPolygonF({QPointF(10, 60), QPointF(60, 110), QPointF(110, 60)}));
         },
         30));
+}
+
+// Pixel bytes that texture uploads in `log` sent to the driver.
+qint64 uploadedBytes(const QStringList& log)
+{
+    qint64 bytes = 0;
+    for (const QString& call : log) {
+        const bool whole = call.startsWith("glTexImage2D(");
+        if (!whole && !call.startsWith("glTexSubImage2D("))
+            continue;
+        const QStringList args = call.left(call.size() - 1).mid(call.indexOf('(') + 1).split(", ");
+        if (args.value(8) == "0") // storage without pixels
+            continue;
+        // (target, level, internal format | x, w | y, h | w, border | h, format, type, pixels)
+        const int w = args.value(whole ? 3 : 4).toInt();
+        const int h = args.value(whole ? 4 : 5).toInt();
+        const int format = args.value(6).toInt();
+        bytes += qint64(w) * h * (format == 0x1906 ? 1 : 4); // GL_ALPHA or RGBA
+    }
+    return bytes;
+}
+
+TEST_F(PathGLTest, AntialiasedShapesDrawnAgainUploadNothingAndShareADraw)
+{
+    const PaintComparison compare(mGL, qRgba(10, 20, 30, 255));
+    // Two equal circles a whole number of pixels apart, in one colour.
+    const auto paint = [](QPainter& p) {
+        p.setRenderHint(QPainter::Antialiasing);
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(0, 160, 255));
+        for (const QPointF& at : {QPointF(5.5, 5.25), QPointF(60.5, 60.25)}) {
+            QPainterPath circle;
+            circle.addEllipse(QRectF(at, QSizeF(50, 50)));
+            p.drawPath(circle);
+        }
+    };
+    ScopedGLRecorder driver(GLFunctions::current());
+    driver.setLogging(true);
+    QImage first;
+    for (int frame = 0; frame < 10; ++frame) {
+        driver.reset();
+        const QImage picture = compare.engine(paint);
+        const qint64 bytes = uploadedBytes(driver.log());
+        const int draws = driver.count("glDrawArrays") + driver.count("glDrawElements");
+        if (frame == 0) {
+            first = picture;
+            // One mask of 51 x 51 pixels with its border, a byte a pixel.
+            EXPECT_EQ(bytes, 53 * 53);
+        } else {
+            EXPECT_EQ(bytes, 0) << "frame " << frame;
+            EXPECT_TRUE(picture == first) << "frame " << frame;
+        }
+        EXPECT_EQ(draws, 1) << "frame " << frame;
+    }
+    EXPECT_TRUE(PaintComparison::difference(first, compare.raster(paint), kTolerance).pixels == 0);
 }
 
 } // namespace

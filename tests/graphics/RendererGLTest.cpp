@@ -242,6 +242,8 @@ TEST_F(RendererGLTest, EvictedTexturesKeepDrawingUntilReleased)
     mGL.clear(0, 0, 0, 1);
     list->render(RenderState(mGL.size()));
     EXPECT_TRUE(pixelIs(30, 30, kGreen));
+    // Drawn again, it was stored again: evicted once more, it stays with the list.
+    cache->clear();
     cache->destroyExpiredTextures();
     EXPECT_EQ(driver.count("glDeleteTextures"), 0);
     list.reset();

@@ -62,4 +62,25 @@ TEST_F(TextGLTest, DirectTextKernsLikeQtsLayout)
     EXPECT_TRUE(agree(direct, raster));
 }
 
+TEST_F(TextGLTest, RotatedTextTurnsEveryGlyph)
+{
+    // A square surface, so that turned lines stay on it.
+    GLTestContext gl(QSize(160, 160));
+    const PaintComparison compare(gl, qRgba(255, 255, 255, 255));
+    for (const qreal angle : {30.0, 90.0, -45.0, 180.0}) {
+        const auto paint = [angle](QPainter& p) {
+            p.translate(80, 80);
+            p.rotate(angle);
+            p.setPen(QColor(20, 20, 120));
+            p.setFont(QFont("DejaVu Sans", 14));
+            p.drawText(QPointF(-70, 0), "Rotated words");
+            p.scale(1.5, 1.5);
+            p.setFont(QFont("DejaVu Sans", 9));
+            p.drawText(QPointF(-45, 20), "and scaled");
+        };
+        EXPECT_TRUE(PaintComparison::turnedTextAgrees(compare.engine(paint), compare.raster(paint)))
+            << "angle " << angle;
+    }
+}
+
 } // namespace

@@ -114,6 +114,8 @@ TEST_F(TextureCacheTest, ASecondBindIsAHitAndDeletionWaitsForTheLastReference)
     cache()->clear();
     EXPECT_TRUE(cache()->bind(first)); // evicted, still held: no new upload
     EXPECT_EQ(mDriver.count("glTexImage2D"), 1);
+    EXPECT_EQ(cache()->currentSize(), 64u);
+    cache()->clear();
     cache()->destroyExpiredTextures();
     EXPECT_EQ(mDriver.count("glDeleteTextures"), 0);
     first = TextureKey();
@@ -176,6 +178,47 @@ TEST_F(TextureCacheTest, FilesLoadByExtensionAndFailuresDrawNothing)
     text.close();
     EXPECT_FALSE(cache()->bind(cache()->addOrLookup(notImage)));
     EXPECT_TRUE(log.messages().value(0).startsWith("Cannot load texture " + notImage + ": "));
+}
+
+TEST_F(TextureCacheTest, EvictedTexturesDrawnAgainCountAgainstTheBudget)
+{
+    ScopedConfigOverride size("gfx/texture_cache_size_mb", 4);
+    ScopedConfigOverride elasticity("gfx/texture_cache_elasticity_mb", 0);
+    Singleton<TextureCache>::reset();
+    // A list keeps drawing four textures; four passing ones are drawn once and
+    // dropped by their owners.
+    QVector<TextureKey> kept;
+    for (int i = 0; i < 4; ++i) {
+        kept << keyOfBytes(kMB);
+        cache()->bind(kept.last());
+    }
+    for (int i = 0; i < 4; ++i)
+        cache()->bind(keyOfBytes(kMB));
+    for (const TextureKey& key : kept)
+        EXPECT_TRUE(cache()->bind(key));
+    // The kept ones are what is alive; the passing ones make room for them.
+    EXPECT_EQ(cache()->currentSize(), 4 * kMB);
+    EXPECT_EQ(cache()->entryCount(), 4u);
+    EXPECT_EQ(cache()->expiredTextures().size(), 4);
+}
+
+TEST_F(TextureCacheTest, AFailedLoadDoesNotBlockALaterOne)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath("late.png");
+    LogCapture log;
+    TextureKey early = cache()->addOrLookup(path);
+    EXPECT_FALSE(cache()->bind(early));
+    EXPECT_EQ(cache()->entryCount(), 0u);
+    QImage png(2, 2, QImage::Format_ARGB32);
+    png.fill(Qt::blue);
+    ASSERT_TRUE(png.save(path));
+    EXPECT_TRUE(cache()->bind(cache()->addOrLookup(path)));
+    EXPECT_EQ(cache()->currentSize(), 16u);
+    // The failed key is not tried again.
+    log.clear();
+    EXPECT_FALSE(cache()->bind(early));
+    EXPECT_TRUE(log.records().isEmpty());
 }
 
 TEST_F(TextureCacheTest, OtherThreadsAreRefused)

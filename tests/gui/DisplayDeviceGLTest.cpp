@@ -6,6 +6,7 @@
 #include "support/GLTestContext.h"
 #include "support/ScopedGLRecorder.h"
 
+#include <GLUtils.h>
 #include <TextureCache.h>
 
 #include <QGLFramebufferObject>
@@ -329,6 +330,40 @@ TEST_F(DisplayDeviceGLTest, AFullTextureCacheThatKeepsDroppingTexturesIsReported
         device.doTick();
     }
     EXPECT_GE(log.count(warning), 2);
+    device.makeCurrent();
+    cache->clear();
+    cache->destroyExpiredTextures();
+}
+
+TEST_F(DisplayDeviceGLTest, ATextureBudgetChangedAtRunTimeEvictsAtOnceAndFreesAtTheFrameEnd)
+{
+    DisplayDevice& device = open();
+    auto* view = new FreshPictureView(device.views(), "fresh");
+    view->resizeTo(32, 32);
+    gfx::TextureCache* cache = gfx::TextureCache::instance();
+    constexpr quint64 kMB = 1048576;
+    cache->setMaxSizeMb(0);
+    for (int frame = 0; frame < 6; ++frame) {
+        view->update();
+        device.doTick();
+    }
+    ASSERT_EQ(cache->currentSize(), 24 * kMB);
+    const quint64 live = gfx::GLUtils::trackedTextureBytes();
+
+    LogCapture log;
+    device.changeTextureCacheSize(-1);
+    EXPECT_EQ(log.assertions(), QStringList({"The texture cache size cannot be negative: -1"}));
+    EXPECT_EQ(cache->maxSize(), 0u);
+    device.changeTextureCacheSize(9);
+    EXPECT_EQ(cache->maxSize(), 9 * kMB);
+    EXPECT_EQ(cache->currentSize(), 8 * kMB);
+    EXPECT_TRUE(log.contains("setting texture cache to 9216"));
+    // The evicted textures are deleted between frames, not while one is drawn.
+    EXPECT_EQ(gfx::GLUtils::trackedTextureBytes(), live);
+    device.doTick();
+    EXPECT_EQ(gfx::GLUtils::trackedTextureBytes(), live - 16 * kMB);
+
+    device.changeTextureCacheSize(gfx::TextureCacheSize.value());
     device.makeCurrent();
     cache->clear();
     cache->destroyExpiredTextures();

@@ -24,13 +24,16 @@ TEST(ViewStyle, GeometryPaddingsAndTouchFromTheStyle)
 
 TEST(ViewStyle, EdgeListsMustHaveAValidCount)
 {
-    DisplayView view(nullptr, "view");
+    // Flex edges make a flex view; margins need a flex parent.
+    DisplayView parent(nullptr, "parent");
+    parent.enableCssLayout();
+    DisplayView* view = new DisplayView(&parent, "view");
     LogCapture capture;
-    view.setStyle(Style("Padding:1,2,3,4"));
-    view.setStyle(Style("Margin:1,2,3,4,5,6"));
+    view->setStyle(Style("Padding:1,2,3,4"));
+    view->setStyle(Style("Margin:1,2,3,4,5,6"));
     EXPECT_TRUE(capture.assertions().isEmpty());
-    view.setStyle(Style("Padding:1,2,3"));
-    view.setStyle(Style("Margin:1,2,3,4,5"));
+    view->setStyle(Style("Padding:1,2,3"));
+    view->setStyle(Style("Margin:1,2,3,4,5"));
     EXPECT_EQ(capture.assertions(), QStringList({"Invalid padding count: 3", "Invalid margin count: 5"}));
     EXPECT_EQ(capture.records().first().file, "../../../gui/DisplayView");
 }

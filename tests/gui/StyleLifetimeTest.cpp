@@ -1,4 +1,5 @@
 #include "LogCapture.h"
+#include "ScopedConfigOverride.h"
 #include "Style.h"
 #include "StyleData.h"
 #include "StyleManager.h"
@@ -9,8 +10,9 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
-// How long the registry keeps a style: as long as a handle, a listener or a named
-// style holds it, and no longer.
+// How long the registry keeps a style: for the life of the process by default;
+// with "ui/release_unused_styles", as long as a handle, a listener or a named style
+// holds it, and no longer.
 
 namespace {
 
@@ -66,6 +68,23 @@ private:
 };
 
 } // namespace
+
+TEST_F(StyleLifetimeTest, ByDefaultADroppedStyleIsKeptAndSharedAgain)
+{
+    load("Panel=\"BackgroundColor:black\"\n");
+    const Style::StyleData* first = Style("Panel; Width:4").data();
+    // Well past the size at which a releasing registry sweeps.
+    for (int i = 0; i < 3 * 4096; ++i)
+        Style(QStringLiteral("Height:%1").arg(i)).data();
+
+    EXPECT_GE(assets.manager()->styleCount(), 3 * 4096 + 1);
+    EXPECT_EQ(probe("Panel;Width:4"), first);
+    const Style again(" Panel ; Width:4 ");
+    EXPECT_EQ(again.data(), first);
+    EXPECT_EQ(again.width(), 4);
+    EXPECT_EQ(again.stringValue(Style::BackgroundColor), "black");
+    EXPECT_EQ(Style("Height:17").data(), probe("Height:17"));
+}
 
 TEST_F(StyleLifetimeTest, OnlyStylesThatNothingHoldsAreReleased)
 {
@@ -146,6 +165,7 @@ TEST_F(StyleLifetimeTest, RestyledListenersMayCreateStylesWhileOthersAreNotified
     // A listener that builds many new styles while the registry is notifying must
     // not release the styles still waiting for their notification, held by nothing
     // else as they may be.
+    ScopedConfigOverride releasing("ui/release_unused_styles", true);
     load("Base=\"Width:1\"\n");
     Churner churner;
     QStringList journal;
@@ -169,6 +189,7 @@ TEST_F(StyleLifetimeTest, RestyledListenersMayCreateStylesWhileOthersAreNotified
 // is checked.
 TEST_F(StyleLifetimeTest, AMillionTransientStylesKeepMemoryFlat)
 {
+    ScopedConfigOverride releasing("ui/release_unused_styles", true);
     load("Panel=\"BackgroundColor:black\"\n");
     CountingSink sink;
     const int count = qEnvironmentVariableIntValue("ORBIS_STYLE_CHURN") > 0

@@ -263,7 +263,7 @@ TEST_F(StyleManagerTest, TheShippedStyleSheetLoadsCleanly)
     EXPECT_EQ(dialog.width(), 960);
     EXPECT_EQ(dialog.stringValue(Style::BackgroundColor), "panelColor");
     EXPECT_EQ(Style("Button/Primary").enumValue(Style::ButtonColor), 1);
-    EXPECT_EQ(Style("Button/Primary").stringValue(Style::ButtonImage), "button.png");
+    EXPECT_EQ(Style("Button/Image").stringValue(Style::ButtonImage), "button.png");
     EXPECT_TRUE(Style("Panel/Header").font().bold());
     EXPECT_EQ(Style("StatusBar/Icon").width(), 32);
 }

@@ -1,8 +1,10 @@
 #include "GLTestContext.h"
 
+#include <CoverageMaskCache.h>
 #include <GLStateManager.h>
 #include <GlyphCache.h>
 #include <ShaderCache.h>
+#include <SharedTextureManager.h>
 #include <TextureCache.h>
 
 #include <QOffscreenSurface>
@@ -49,6 +51,8 @@ GLTestContext::~GLTestContext()
         gfx::ShaderCache::instance()->releaseAll();
         if (Singleton<gfx::GlyphCache>::exists())
             gfx::GlyphCache::instance()->releaseTextures();
+        Singleton<gfx::CoverageMaskCache>::reset();
+        Singleton<gfx::SharedTextureManager>::reset();
         if (Singleton<gfx::TextureCache>::exists()) {
             gfx::TextureCache::instance()->clear();
             gfx::TextureCache::instance()->destroyExpiredTextures();

@@ -66,8 +66,10 @@ PaintComparison::Difference PaintComparison::difference(const QImage& a, const Q
             const QRgb q = b.pixel(x, y);
             const int d = std::max({std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
                                     std::abs(qBlue(p) - qBlue(q)), std::abs(qAlpha(p) - qAlpha(q))});
-            if (d > tolerance)
+            if (d > tolerance) {
                 ++result.pixels;
+                result.area |= QRect(x, y, 1, 1);
+            }
             if (d > result.worst) {
                 result.worst = d;
                 result.worstAt = QPoint(x, y);
@@ -80,6 +82,7 @@ PaintComparison::Difference PaintComparison::difference(const QImage& a, const Q
 namespace {
 constexpr int kGlyphTolerance = 64;
 constexpr double kDifferingShare = 0.015;
+constexpr double kTurnedDifferingShare = 0.03;
 constexpr double kInkShare = 0.02;
 
 qint64 ink(const QImage& image)
@@ -94,10 +97,21 @@ qint64 ink(const QImage& image)
 
 ::testing::AssertionResult PaintComparison::textAgrees(const QImage& engine, const QImage& raster)
 {
+    return textAgrees(engine, raster, kDifferingShare);
+}
+
+::testing::AssertionResult PaintComparison::turnedTextAgrees(const QImage& engine, const QImage& raster)
+{
+    return textAgrees(engine, raster, kTurnedDifferingShare);
+}
+
+::testing::AssertionResult PaintComparison::textAgrees(const QImage& engine, const QImage& raster,
+                                                       double differingShare)
+{
     const Difference d = difference(engine, raster, kGlyphTolerance);
     const qint64 engineInk = ink(engine);
     const qint64 rasterInk = ink(raster);
-    if (rasterInk > 0 && d.pixels <= kDifferingShare * engine.width() * engine.height() &&
+    if (rasterInk > 0 && d.pixels <= differingShare * engine.width() * engine.height() &&
         qAbs(engineInk - rasterInk) <= kInkShare * rasterInk)
         return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure()

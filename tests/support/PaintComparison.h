@@ -24,6 +24,8 @@ public:
         // The largest channel difference, and where it is.
         int worst = 0;
         QPoint worstAt;
+        // Where the differing pixels lie.
+        QRect area;
     };
 
     PaintComparison(GLTestContext& gl, QRgb background);
@@ -50,8 +52,15 @@ public:
     // more than 1.5% of the pixels differ by more than a quarter of the range and
     // the ink (the sum of darkness) is within 2%.
     static ::testing::AssertionResult textAgrees(const QImage& engine, const QImage& raster);
+    // Turned text: the engine turns the upright glyph bitmaps with a linear filter
+    // where Qt rasterises the turned outlines, so twice as many stems may move.
+    // Glyphs left upright on a turned baseline lose a quarter of their ink.
+    static ::testing::AssertionResult turnedTextAgrees(const QImage& engine, const QImage& raster);
 
 private:
+    static ::testing::AssertionResult textAgrees(const QImage& engine, const QImage& raster,
+                                                 double differingShare);
+
     GLTestContext& mGL;
     QRgb mBackground;
     gfx::GraphicsPaintEngine::OptionFlags mOptions;

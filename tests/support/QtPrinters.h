@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRect>
+#include <QRectF>
 #include <QSize>
 #include <QString>
 #include <ostream>
@@ -28,6 +29,11 @@ inline void PrintTo(const QPoint& point, std::ostream* os)
 }
 
 inline void PrintTo(const QRect& rect, std::ostream* os)
+{
+    *os << rect.x() << "," << rect.y() << " " << rect.width() << "x" << rect.height();
+}
+
+inline void PrintTo(const QRectF& rect, std::ostream* os)
 {
     *os << rect.x() << "," << rect.y() << " " << rect.width() << "x" << rect.height();
 }

@@ -11,11 +11,16 @@
 // with the composited pictures read back through screenshots.
 class ScreenTest : public ::testing::Test
 {
+public:
+    // `wanted`, moved as little as needed for a window of `size` to lie on the
+    // screen, whatever size the X server was started with.
+    static QPoint onScreen(QPoint wanted, QSize size);
+
 protected:
     void TearDown() override;
 
     // Other GL tests may run at the same time on the same X server: `position`
-    // keeps a window out of their way.
+    // keeps a window out of their way (within the screen).
     DisplayDevice& open(int width, int height, QPoint position = QPoint());
     // The composited frame, as the next tick draws it.
     QImage frame();

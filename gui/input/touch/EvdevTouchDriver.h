@@ -47,7 +47,7 @@ private:
         bool down = false;
         bool reported = false;
         bool changed = false;
-        // The tracking id changed while down: a new finger took over the slot.
+        /// The tracking id changed while down: a new finger took over the slot.
         bool replaced = false;
         int trackingId = -1;
         int x = 0;

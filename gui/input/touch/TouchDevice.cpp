@@ -8,6 +8,7 @@
 #include "Logger.h"
 #include "MouseTouchDriver.h"
 #include "PointUtils.h"
+#include "ScriptTouchDriver.h"
 #include "TapAnimationView.h"
 
 #include <QDateTime>
@@ -86,6 +87,15 @@ bool TouchDevice::loadTouchDriver(const QString& name)
         mDriver = std::move(driver);
         return true;
     }
+    if (name.startsWith(QLatin1String("script:"))) {
+        TouchScript script;
+        if (!script.load(name.mid(7))) {
+            ORBIS_ERROR(QStringLiteral("Touch script: %1").arg(script.error()));
+            return false;
+        }
+        setTouchDriver(std::make_unique<ScriptTouchDriver>(script));
+        return true;
+    }
     ORBIS_ERROR(QStringLiteral("Unknown touch driver: %1").arg(name));
     DataValue::EventLocker lock(GUI_touchDriverError);
     GUI_touchDriverError.setValue(true);
@@ -115,6 +125,14 @@ void TouchDevice::touchDriverError()
         mDevice->showCursor(true);
 }
 
+void TouchDevice::setTouchDriver(std::unique_ptr<TouchDriver> driver)
+{
+    dropDriver();
+    mDriver = std::move(driver);
+    if (mDriver)
+        mDriver->setSize(mSize);
+}
+
 // Fingers of a driver that goes away would otherwise stay down on their views forever.
 void TouchDevice::dropDriver()
 {
@@ -136,7 +154,11 @@ void TouchDevice::displayStateChanged()
 
 void TouchDevice::processEvents()
 {
-    QVector<TouchEvent> events = mDriver ? mDriver->getEvents() : QVector<TouchEvent>();
+    QVector<TouchEvent> events;
+    if (mDriver) {
+        mDriver->queueDueEvents();
+        events = mDriver->getEvents();
+    }
     events += mMouse->getEvents();
     for (const TouchEvent& event : qAsConst(events))
         dispatch(event);
@@ -400,14 +422,12 @@ void TouchDevice::handleGesture(int id, DisplayView* view, DisplayView::TouchGes
         break;
     case DisplayView::DragGesture: {
         const QPoint step = info.currentPoint - info.previousPoint;
-        // A view that does not take drags itself hands the finger to its delegate
-        // (a button inside a list lets the list scroll).
-        DisplayView* delegate = view->dragGestureDelegate(id);
-        if (delegate && delegate != view && !view->hasTouchGesture(DisplayView::DragGesture)) {
-            transferTouch(id, delegate);
-            if (info.view != delegate)
+        DisplayView* taker = dragTaker(id, view);
+        if (taker != view) {
+            transferTouch(id, taker);
+            if (info.view != taker)
                 return;
-            view = delegate;
+            view = taker;
         }
         view->dragged(id, QSize(step.x(), step.y()));
         break;
@@ -438,6 +458,26 @@ void TouchDevice::handleGesture(int id, DisplayView* view, DisplayView::TouchGes
         break;
     }
     }
+}
+
+// A view that does not take drags itself hands the finger on: to its delegate, or
+// when it names none, to the nearest ancestor that requires drags (a button inside a
+// list lets the list scroll). The delegate may hand on again, as a carousel inside a
+// list hands vertical drags to the list.
+DisplayView* TouchDevice::dragTaker(int id, DisplayView* view)
+{
+    for (int hops = 0; hops < kMaxDragHandOvers && !view->hasTouchGesture(DisplayView::DragGesture); ++hops) {
+        DisplayView* next = view->dragGestureDelegate(id);
+        if (!next && !view->requiresTouchGesture(DisplayView::DragGesture)) {
+            next = view->parentView();
+            while (next && !next->requiresTouchGesture(DisplayView::DragGesture))
+                next = next->parentView();
+        }
+        if (!next || next == view)
+            break;
+        view = next;
+    }
+    return view;
 }
 
 void TouchDevice::deliverTap(int id, DisplayView* view, QPoint point)

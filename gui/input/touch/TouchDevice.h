@@ -31,6 +31,8 @@ public:
     static constexpr int kMaxTouches = 16;
     static constexpr int kMultiTapMs = 333;
     static constexpr int kDefaultDragThreshold = 30;
+    /// Delegates that hand a drag on to each other in a cycle stop after this many steps.
+    static constexpr int kMaxDragHandOvers = 8;
 
     /// The dispatcher of the display, created on first use. It registers itself as the
     /// display's touch ownership and goes away with the display.
@@ -38,8 +40,12 @@ public:
 
     /// "" or "mouse": the mouse only; "evdev" (the device of "ui/touch_device") or
     /// "evdev:<path>": a multi-touch controller beside the mouse. False when the
-    /// driver cannot run; the mouse keeps working.
+    /// driver cannot run; the mouse keeps working. "script:<path>" replays a touch
+    /// script file (see TouchScript).
     bool loadTouchDriver(const QString& name);
+    /// Replaces the driver beside the mouse (null: the mouse only); fingers of the
+    /// old driver are cancelled.
+    void setTouchDriver(std::unique_ptr<TouchDriver> driver);
     TouchDriver* touchDriver() const { return mDriver.get(); }
     MouseTouchDriver* mouseDriver() const { return mMouse.get(); }
     void setSize(const QSize& size);
@@ -49,7 +55,7 @@ public:
     void mouseEvent(QMouseEvent* event);
     static int mouseTouchPointId() { return kMaxTouches - 2; }
 
-    // Ownership.
+    /// Ownership.
     void setView(int id, DisplayView* view);
     void clearView(int id);
     void clearView(DisplayView* view);
@@ -108,6 +114,7 @@ private:
     void unpair(TouchInfo& info);
     QPointF pairVector(int id) const;
     void detachOwner(TouchInfo& info, int id);
+    DisplayView* dragTaker(int id, DisplayView* view);
     void deliverTap(int id, DisplayView* view, QPoint point);
     void showTapAnimation(QPoint point);
     void log(int id, const char* what, QPoint point, DisplayView* view);

@@ -7,10 +7,15 @@
 
 void TouchDriver::queueEvent(int id, bool down, int x, int y)
 {
+    queueEvent(id, down, x, y, Clock::current()->nowMilliseconds());
+}
+
+void TouchDriver::queueEvent(int id, bool down, int x, int y, qint64 timeMs)
+{
     TouchEvent event;
     event.id = id;
     event.point = QPoint(x, y);
-    event.timeMs = Clock::current()->nowMilliseconds();
+    event.timeMs = timeMs;
     QMutexLocker lock(&mMutex);
     if (down) {
         event.state = mDown.contains(id) ? TouchMoved : TouchTouched;

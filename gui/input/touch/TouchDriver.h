@@ -20,6 +20,11 @@ public:
     /// later ones are moves; an up releases it (an up for a finger that is not down is
     /// dropped, so that repeated releases from the controller cannot confuse a view).
     void queueEvent(int id, bool down, int x, int y);
+    /// The same, stamped with a time of the framework clock instead of now.
+    void queueEvent(int id, bool down, int x, int y, qint64 timeMs);
+    /// Called on the GUI thread just before the queue is taken, for drivers that
+    /// produce events on the frame's schedule rather than on a thread of their own.
+    virtual void queueDueEvents() {}
     /// Hands over everything queued so far, in order, and empties the queue.
     QVector<TouchEvent> getEvents();
     bool hasEvents() const;

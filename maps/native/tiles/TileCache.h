@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "DatabaseThread.h"
 #include "TileCacheDatabase.h"
 
@@ -14,7 +16,7 @@ extern ConfigIntValue TileCacheSizeMb;
 // The persistent tile cache, worked on a thread of its own so that disk access
 // never stalls a frame. Lookups answer through lookedUp on the owner's thread;
 // stores are fire-and-forget and keep their order.
-class TileCache : public QObject
+class ORBIS_UI_INTERNAL_EXPORT TileCache : public QObject
 {
     Q_OBJECT
 

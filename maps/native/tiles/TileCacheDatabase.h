@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "MBTilesFile.h"
 
 namespace NativeMaps {
@@ -10,7 +12,7 @@ namespace NativeMaps {
 // WAL mode, one transaction per tile, so a process killed mid-write leaves a
 // readable file; a file that does not read back as a sound database is reported
 // once, moved aside and replaced by an empty cache. Used on one thread.
-class TileCacheDatabase
+class ORBIS_UI_INTERNAL_EXPORT TileCacheDatabase
 {
 public:
     TileCacheDatabase() = default;

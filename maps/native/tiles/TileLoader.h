@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include "TileId.h"
 
 #include <QHash>
@@ -21,7 +23,7 @@ class TileSource;
 // time; each tile is loaded at most once at a time, and tiles the view no longer
 // wants are cancelled. Decoding runs on worker threads; everything else on the
 // loader's thread.
-class TileLoader : public QObject
+class ORBIS_UI_INTERNAL_EXPORT TileLoader : public QObject
 {
     Q_OBJECT
 

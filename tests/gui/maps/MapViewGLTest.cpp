@@ -7,6 +7,7 @@
 #include "native/tiles/TileSource.h"
 #include "support/GLTestContext.h"
 #include "support/PaintComparison.h"
+#include "support/ScreenTest.h"
 #include "support/TestTileServer.h"
 
 #include <QBuffer>
@@ -52,12 +53,13 @@ QRgb opaque(QRgb c)
 class MapViewGLTest : public ::testing::Test
 {
 protected:
-    // Other GL tests may share the X server: the window keeps to its own corner.
+    // Other GL tests may share the X server: the window keeps clear of the
+    // bottom-right corner, where the pointer test clicks.
     void open(int size = 512)
     {
         device = std::make_unique<DisplayDevice>(size, size);
         device->timer()->stop();
-        device->setPosition(QPoint(1200, 600));
+        device->setPosition(ScreenTest::onScreen(QPoint(760, 420), QSize(size, size)));
         device->setVisible(true);
         ASSERT_TRUE(QTest::qWaitForWindowExposed(device->widget()));
         map = new MapView(device->views(), "map");

@@ -73,6 +73,36 @@ TEST_F(Ownership, DragDelegateTakesOverTheFingerUnlessTheViewDrags)
     EXPECT_EQ(take(), QStringList({"item:touched 0 450,150", "item:dragged 0 0,40"}));
 }
 
+// A drag that starts on a view which neither drags nor names a delegate goes to the
+// nearest ancestor that requires drags, and from there on through delegates.
+TEST_F(Ownership, DragsGoToTheNearestAncestorThatRequiresThem)
+{
+    auto* inner = new TouchRecorderView(item, "inner", QRect(0, 0, 400, 80), &log);
+    list->setRequiredTouchGesture(DisplayView::DragGesture, true);
+    press(0, QPoint(450, 150));
+    move(0, QPoint(450, 190));
+    release(0, QPoint(450, 190));
+    EXPECT_EQ(take(), QStringList({"inner:touched 0 450,150", "inner:canceled 0", "list:touched 0 450,190",
+                                   "list:dragged 0 0,40", "list:released 0"}));
+
+    item->setRequiredTouchGesture(DisplayView::DragGesture, true);
+    clock.advanceMs(1000);
+    press(0, QPoint(450, 150));
+    move(0, QPoint(450, 190));
+    release(0, QPoint(450, 190));
+    EXPECT_EQ(take(), QStringList({"inner:touched 0 450,150", "inner:canceled 0", "item:touched 0 450,190",
+                                   "item:dragged 0 0,40", "item:released 0"}));
+
+    // Delegates naming each other hand the finger round a bounded number of times.
+    item->setDragGestureDelegate(inner);
+    inner->setDragGestureDelegate(item);
+    clock.advanceMs(1000);
+    press(0, QPoint(450, 150));
+    move(0, QPoint(450, 190));
+    EXPECT_EQ(take(), QStringList({"inner:touched 0 450,150", "inner:dragged 0 0,40"}));
+    release(0, QPoint(450, 190));
+}
+
 TEST_F(Ownership, DeletedOwnerIsForgottenAndDestroyingViewIsRefused)
 {
     press(0, QPoint(150, 150));
