@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "GLState.h"
+#include "OrbisUIFrameworkExport.h"
 
 #include <Singleton.h>
 

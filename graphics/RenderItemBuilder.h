@@ -1,9 +1,9 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "CustomShaderKey.h"
 #include "Geometry.h"
 #include "ImageSlice.h"
+#include "OrbisUIFrameworkExport.h"
 #include "Shape.h"
 #include "TexCoordInsets.h"
 #include "TextureKey.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "CustomShaderKey.h"
+#include "OrbisUIFrameworkExport.h"
 
 #include <QByteArray>
 #include <QHash>

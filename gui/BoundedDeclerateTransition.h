@@ -16,7 +16,8 @@
 //
 // The start is the owner's value at the moment the transition begins to run, so the
 // transition may be queued behind others.
-class ORBIS_UI_INTERNAL_EXPORT InterpolatedValue::BoundedDeclerateTransition : public InterpolatedValue::Transition
+class ORBIS_UI_INTERNAL_EXPORT InterpolatedValue::BoundedDeclerateTransition
+    : public InterpolatedValue::Transition
 {
 public:
     BoundedDeclerateTransition(InterpolatedValue& owner, double start, double velocity, double lower,

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
+#include "OrbisUIFrameworkExport.h"
 
 #include <ElapsedTimer.h>
 #include <QHash>

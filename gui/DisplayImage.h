@@ -27,8 +27,8 @@ public:
     enum Fill : quint8
     {
         Stretch, ///< over the whole rectangle; the cuts keep the corners unscaled
-        Tile, ///< repeated at its own size from the rectangle's top left
-        Center ///< at its own size, centred
+        Tile,    ///< repeated at its own size from the rectangle's top left
+        Center   ///< at its own size, centred
     };
 
     DisplayImage();

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "DisplayImage.h"
 #include "DisplayViewList.h"
 #include "InterpolatedValue.h"
+#include "OrbisUIFrameworkExport.h"
 #include "Padding.h"
 #include "SkinColor.h"
 #include "Style.h"
@@ -46,8 +46,8 @@ public:
     enum TouchBehavior
     {
         TouchWhileDisabled = 0x1, ///< takes touches even when disabled
-        KeepTouches = 0x2, ///< keeps the touches it holds instead of handing them to children
-        IgnoreTouches = 0x4 ///< passes touches through to its parent
+        KeepTouches = 0x2,        ///< keeps the touches it holds instead of handing them to children
+        IgnoreTouches = 0x4       ///< passes touches through to its parent
     };
     enum TouchGesture
     {
@@ -58,13 +58,13 @@ public:
     };
     enum UpdateBehavior
     {
-        NoUpdates = 0x1, ///< invalidation is suppressed
+        NoUpdates = 0x1,         ///< invalidation is suppressed
         NoParentDirtyArea = 0x2, ///< leaving or joining a parent does not dirty it
-        PreserveDirtyRect = 0x4 ///< the layer keeps its content outside dirty rectangles
+        PreserveDirtyRect = 0x4  ///< the layer keeps its content outside dirty rectangles
     };
     enum DrawingBehavior
     {
-        NoDrawing = 0x1, ///< draw() is skipped, children still paint
+        NoDrawing = 0x1,      ///< draw() is skipped, children still paint
         DrawWhenHidden = 0x2, ///< painted into its layer even while hidden
     };
     enum CompositingBehavior

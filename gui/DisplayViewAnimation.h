@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "InterpolatedValue.h"
+#include "OrbisUIFrameworkExport.h"
 
 class DisplayView;
 

@@ -19,10 +19,10 @@ class ORBIS_UI_EXPORT Graphics
 public:
     enum FitMode
     {
-        Stretch = 0, ///< fill the rectangle, ignoring the aspect ratio
+        Stretch = 0,   ///< fill the rectangle, ignoring the aspect ratio
         FitInside = 1, ///< largest size that fits, aspect kept, centred
-        Cover = 2, ///< smallest size that covers, aspect kept, centred
-        Center = 3 ///< own size, centred
+        Cover = 2,     ///< smallest size that covers, aspect kept, centred
+        Center = 3     ///< own size, centred
     };
 
     static double painterLayoutScale(const QPainter& painter);

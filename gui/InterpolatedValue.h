@@ -1,8 +1,8 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "Easing.h"
 #include "ElapsedTimer.h"
+#include "OrbisUIFrameworkExport.h"
 
 #include <QList>
 #include <deque>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
+#include "OrbisUIFrameworkExport.h"
 
 /// A view shown above the screen's views by DisplayDevice::showPopup: centred in the
 /// "popups" container over a dimmed backdrop that takes the touches meant for what

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "InterpolatedValue.h"
+#include "OrbisUIFrameworkExport.h"
 
 /// Moves from a start to a target along an easing curve over a fixed duration.
 class ORBIS_UI_EXPORT InterpolatedValue::StandardTransition : public InterpolatedValue::Transition

@@ -21,7 +21,7 @@ public:
     enum BackingType
     {
         DefaultBacking = 0,
-        OpaqueBacking, ///< no alpha channel needed
+        OpaqueBacking,       ///< no alpha channel needed
         MultisampledBacking, ///< smoothed edges for transformed layers
         QtPaintEngineBacking ///< painted by Qt's own GL paint engine
     };

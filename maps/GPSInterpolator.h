@@ -1,8 +1,8 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "ElapsedTimer.h"
 #include "LocationCoordinate.h"
+#include "OrbisUIFrameworkExport.h"
 
 #include <QtGlobal>
 

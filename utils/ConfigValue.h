@@ -33,14 +33,12 @@ protected:
     mutable std::atomic<quint64> mGeneration{0};
 };
 
-template <typename T>
-class TConfigValue : public ConfigValueBase
+template <typename T> class TConfigValue : public ConfigValueBase
 {
 public:
     TConfigValue(const char* key, T defaultValue)
         : ConfigValueBase(key), mDefault(defaultValue), mValue(defaultValue)
-    {
-    }
+    {}
 
     T value() const
     {
@@ -114,8 +112,7 @@ class ORBIS_UTILS_EXPORT ConfigStringValue : public TConfigValue<QString>
 public:
     ConfigStringValue(const char* key, const QString& defaultValue = QString())
         : TConfigValue(key, defaultValue)
-    {
-    }
+    {}
     QString defaultText() const override;
     QString currentText() const override;
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUtilsExport.h"
 #include "LocationCoordinate.h"
+#include "OrbisUtilsExport.h"
 
 /// A latitude/longitude box given by its north-west and south-east corners. A box
 /// whose west edge lies east of its east edge crosses the antimeridian.
@@ -11,8 +11,7 @@ public:
     GeoBoundingBox() = default;
     GeoBoundingBox(const LocationCoordinate& northWest, const LocationCoordinate& southEast)
         : mNorthWest(northWest), mSouthEast(southEast)
-    {
-    }
+    {}
 
     const LocationCoordinate& northWestLimit() const { return mNorthWest; }
     const LocationCoordinate& southEastLimit() const { return mSouthEast; }

@@ -20,8 +20,8 @@ TPoint<double> projectToSphericalMercator(const LocationCoordinate& coordinate)
 LocationCoordinate unprojectFromSphericalMercator(const TPoint<double>& point)
 {
     const double lon = MathUtils::radiansToDegrees(point.x / kSphericalMercatorRadius);
-    const double lat =
-        MathUtils::radiansToDegrees(2.0 * std::atan(std::exp(point.y / kSphericalMercatorRadius)) - M_PI / 2.0);
+    const double lat = MathUtils::radiansToDegrees(
+        2.0 * std::atan(std::exp(point.y / kSphericalMercatorRadius)) - M_PI / 2.0);
     return LocationCoordinate(lat, lon);
 }
 
@@ -33,8 +33,8 @@ namespace {
 class TransverseMercator
 {
 public:
-    TransverseMercator(double a, double inverseFlattening, double lat0, double lon0, double k0, double falseEasting,
-                       double falseNorthing)
+    TransverseMercator(double a, double inverseFlattening, double lat0, double lon0, double k0,
+                       double falseEasting, double falseNorthing)
         : mLon0(MathUtils::degreesToRadians(lon0)), mK0(k0), mFalseEasting(falseEasting),
           mFalseNorthing(falseNorthing)
     {
@@ -57,12 +57,13 @@ public:
                  4397.0 * n4 / 161280.0 - 11.0 * n5 / 504.0 - 830251.0 * n6 / 7257600.0,
                  4583.0 * n5 / 161280.0 - 108847.0 * n6 / 3991680.0,
                  20648693.0 * n6 / 638668800.0};
-        mDelta = {2.0 * n - 2.0 * n2 / 3.0 - 2.0 * n3 + 116.0 * n4 / 45.0 + 26.0 * n5 / 45.0 - 2854.0 * n6 / 675.0,
-                  7.0 * n2 / 3.0 - 8.0 * n3 / 5.0 - 227.0 * n4 / 45.0 + 2704.0 * n5 / 315.0 + 2323.0 * n6 / 945.0,
-                  56.0 * n3 / 15.0 - 136.0 * n4 / 35.0 - 1262.0 * n5 / 105.0 + 73814.0 * n6 / 2835.0,
-                  4279.0 * n4 / 630.0 - 332.0 * n5 / 35.0 - 399572.0 * n6 / 14175.0,
-                  4174.0 * n5 / 315.0 - 144838.0 * n6 / 6237.0,
-                  601676.0 * n6 / 22275.0};
+        mDelta = {
+            2.0 * n - 2.0 * n2 / 3.0 - 2.0 * n3 + 116.0 * n4 / 45.0 + 26.0 * n5 / 45.0 - 2854.0 * n6 / 675.0,
+            7.0 * n2 / 3.0 - 8.0 * n3 / 5.0 - 227.0 * n4 / 45.0 + 2704.0 * n5 / 315.0 + 2323.0 * n6 / 945.0,
+            56.0 * n3 / 15.0 - 136.0 * n4 / 35.0 - 1262.0 * n5 / 105.0 + 73814.0 * n6 / 2835.0,
+            4279.0 * n4 / 630.0 - 332.0 * n5 / 35.0 - 399572.0 * n6 / 14175.0,
+            4174.0 * n5 / 315.0 - 144838.0 * n6 / 6237.0,
+            601676.0 * n6 / 22275.0};
         mXi0 = forwardXiEta(MathUtils::degreesToRadians(lat0), 0.0).x;
     }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUtilsExport.h"
 #include "LocationCoordinate.h"
+#include "OrbisUtilsExport.h"
 #include "TPoint.h"
 
 namespace GeoUtils {
@@ -23,6 +23,7 @@ ORBIS_UTILS_EXPORT TPoint<double> WGStoUTMK(const LocationCoordinate& coordinate
 ORBIS_UTILS_EXPORT LocationCoordinate UTMKtoWGS(const TPoint<double>& point);
 
 /// Great-circle distance in metres (haversine on the mean Earth radius).
-ORBIS_UTILS_EXPORT double distanceBetweenTwoLocations(const LocationCoordinate& a, const LocationCoordinate& b);
+ORBIS_UTILS_EXPORT double distanceBetweenTwoLocations(const LocationCoordinate& a,
+                                                      const LocationCoordinate& b);
 
 } // namespace GeoUtils

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUtilsExport.h"
 #include "Logger.h"
+#include "OrbisUtilsExport.h"
 
 #include <QList>
 #include <QMutex>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUtilsExport.h"
 #include "Clock.h"
+#include "OrbisUtilsExport.h"
 
 #include <atomic>
 

@@ -10,8 +10,7 @@ namespace MathUtils {
 /// x = value - minimum, k = ceil((|x| + range) / range) and the result is
 /// fmod(k * range + x, range) + minimum. Adding k whole ranges first keeps the
 /// remainder's argument positive, so negative values wrap the same way.
-template <typename T>
-T wrap(T value, T minimum, T maximum)
+template <typename T> T wrap(T value, T minimum, T maximum)
 {
     static_assert(std::is_arithmetic<T>::value, "wrap needs an arithmetic type");
     const T range = maximum - minimum;
@@ -25,8 +24,7 @@ T wrap(T value, T minimum, T maximum)
     }
 }
 
-template <typename T>
-constexpr T clamp(T value, T low, T high)
+template <typename T> constexpr T clamp(T value, T low, T high)
 {
     return value < low ? low : (value > high ? high : value);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUtilsExport.h"
 #include "ElapsedTimer.h"
+#include "OrbisUtilsExport.h"
 
 #include <QHash>
 #include <QMutex>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUtilsExport.h"
 #include "Logger.h"
+#include "OrbisUtilsExport.h"
 
 #include <QFlags>
 #include <atomic>
@@ -27,8 +27,7 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(SingletonCreationFlags)
 ///
 /// T needs a constructor without arguments reachable from Singleton<T>
 /// (a public one, or `friend class Singleton<T>;`).
-template <typename T, int Flags = int(SingletonCreation::Destroyable)>
-class Singleton
+template <typename T, int Flags = int(SingletonCreation::Destroyable)> class Singleton
 {
 public:
     static T* instance()

@@ -2,8 +2,7 @@
 
 StringDataValue::StringDataValue(const QString& name, const QString& initial, QObject* parent)
     : DataValue(name, initial, parent)
-{
-}
+{}
 
 void StringDataValue::emitChanged()
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUtilsExport.h"
 #include "DataValue.h"
+#include "OrbisUtilsExport.h"
 
 /// A data value holding text; besides "valueChanged(DataValue*)" it emits
 /// "stringValueChanged(StringDataValue*)".
@@ -10,7 +10,8 @@ class ORBIS_UTILS_EXPORT StringDataValue : public DataValue
     Q_OBJECT
 
 public:
-    explicit StringDataValue(const QString& name, const QString& initial = QString(), QObject* parent = nullptr);
+    explicit StringDataValue(const QString& name, const QString& initial = QString(),
+                             QObject* parent = nullptr);
 
     QString stringValue() const { return value().toString(); }
     void setString(const QString& text) { setValue(text); }

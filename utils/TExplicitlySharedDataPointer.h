@@ -4,5 +4,4 @@
 
 /// The framework's explicitly shared pointer (display lists, tile tasks): copies
 /// share one object and never detach unless asked to.
-template <typename T>
-using TExplicitlySharedDataPointer = QExplicitlySharedDataPointer<T>;
+template <typename T> using TExplicitlySharedDataPointer = QExplicitlySharedDataPointer<T>;

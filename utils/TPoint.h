@@ -3,8 +3,7 @@
 #include <cmath>
 
 /// A plain 2D point of any arithmetic type (projected coordinates, world pixels).
-template <typename T>
-struct TPoint
+template <typename T> struct TPoint
 {
     T x = T();
     T y = T();

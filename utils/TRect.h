@@ -6,8 +6,7 @@
 
 /// A rectangle as origin and size (x, y, width, height). A negative height means
 /// that the y axis of the space points the other way (north-up extents).
-template <typename T>
-struct TRect
+template <typename T> struct TRect
 {
     T x = T();
     T y = T();

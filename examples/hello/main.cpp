@@ -41,7 +41,8 @@ int main(int argc, char** argv)
 
     auto* label = new Label(screen, "count", QStringLiteral("Not tapped yet"),
                             QStringLiteral("Height:80; FontSize:36; Color:#e0e0e0"));
-    auto* button = new Button(screen, "tap", QStringLiteral("Tap me"), QStringLiteral("Width:320; Height:96"));
+    auto* button =
+        new Button(screen, "tap", QStringLiteral("Tap me"), QStringLiteral("Width:320; Height:96"));
 
     int taps = 0;
     QObject::connect(button, &Button::clicked, [&] {

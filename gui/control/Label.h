@@ -1,8 +1,8 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
 #include "LabelLayout.h"
+#include "OrbisUIFrameworkExport.h"
 #include "SkinColor.h"
 
 /// Text in a view: one or more lines, aligned inside the view less its label

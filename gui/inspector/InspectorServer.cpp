@@ -191,7 +191,7 @@ void InspectorServer::onWebSocketConnection()
     while (QWebSocket* socket = mWebSockets->nextPendingConnection()) {
         if (mSession) {
             ORBIS_WARN(QStringLiteral("Inspector refused a second client from %1")
-                             .arg(socket->peerAddress().toString()));
+                           .arg(socket->peerAddress().toString()));
             socket->close(QWebSocketProtocol::CloseCodePolicyViolated,
                           QStringLiteral("Another inspector client is already attached"));
             connect(socket, &QWebSocket::disconnected, socket, &QObject::deleteLater);

@@ -13,7 +13,6 @@
 namespace {
 const char* const kLogSource = "gui/inspector/InspectorSession";
 
-
 QColor colorOf(const QJsonObject& config, const char* key, const QColor& fallback)
 {
     const QJsonValue value = config.value(QLatin1String(key));

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "LocationCoordinate.h"
+#include "OrbisUIFrameworkExport.h"
 
 /// Where a map view looks: the centre, a fractional zoom level (tile pyramid level
 /// plus magnification), the map's heading in degrees (the direction shown upwards)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "InterpolatedValue.h"
 #include "MapCamera.h"
+#include "OrbisUIFrameworkExport.h"
 
 #include <ElapsedTimer.h>
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
 #include "MapCamera.h"
 #include "MapCameraAnimation.h"
 #include "MapRouteOverlay.h"
 #include "MapTileRenderer.h"
+#include "OrbisUIFrameworkExport.h"
 #include "native/MapTransform.h"
 
 #include <QSet>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "InterpolatedValue.h"
+#include "OrbisUIFrameworkExport.h"
 
 /// The scroll position of one axis of a scrolling view: follows the finger while it
 /// is down (with resistance past either end) and glides with friction and springs

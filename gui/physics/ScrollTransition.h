@@ -1,8 +1,8 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "Friction.h"
 #include "InterpolatedValue.h"
+#include "OrbisUIFrameworkExport.h"
 
 /// Feeds an animated value from a Scroll: the friction glide and, past an end, the
 /// spring that brings the content back. The scroll's positions are relative to

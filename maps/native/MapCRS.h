@@ -1,8 +1,8 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "GeoBoundingBox.h"
 #include "LocationCoordinate.h"
+#include "OrbisUIFrameworkExport.h"
 #include "native/MapCRSAffineTransform.h"
 #include "native/MapCRSProjection.h"
 

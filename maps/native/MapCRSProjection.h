@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "LocationCoordinate.h"
+#include "OrbisUIFrameworkExport.h"
 #include "TPoint.h"
 #include "TRect.h"
 

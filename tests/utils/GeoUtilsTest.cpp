@@ -1,5 +1,5 @@
-#include "GeoBoundingBox.h"
 #include "GeoUtils.h"
+#include "GeoBoundingBox.h"
 #include "MathUtils.h"
 
 #include <gtest/gtest.h>
@@ -12,10 +12,9 @@ struct UtmkReference
 };
 
 static const UtmkReference kUtmkReferences[] = {
-    {37.5665, 126.9780, 953901.1653, 1952032.0810}, // Seoul
-    {33.2500, 126.5600, 912436.0183, 1473581.3601}, // Jeju
-    {38.6100, 128.3500, 1074005.9397, 2068026.8609},
-    {35.1796, 129.0756, 1143467.3797, 1688281.9821}, // Busan
+    {37.5665, 126.9780, 953901.1653, 1952032.0810},                                                   // Seoul
+    {33.2500, 126.5600, 912436.0183, 1473581.3601},                                                   // Jeju
+    {38.6100, 128.3500, 1074005.9397, 2068026.8609}, {35.1796, 129.0756, 1143467.3797, 1688281.9821}, // Busan
     {37.0000, 124.0000, 688529.9227, 1894786.6936},  // west of the peninsula
     {43.0000, 131.0000, 1285291.8532, 2560946.3875}, // far north-east
 };
@@ -45,7 +44,8 @@ TEST(GeoUtils, ProjectionRoundTripsStayUnderAMillimetre)
             const TPoint<double> u2 = GeoUtils::WGStoUTMK(GeoUtils::UTMKtoWGS(u));
             EXPECT_LT((u2 - u).length(), 1e-3);
             const TPoint<double> m = GeoUtils::projectToSphericalMercator(c);
-            const TPoint<double> m2 = GeoUtils::projectToSphericalMercator(GeoUtils::unprojectFromSphericalMercator(m));
+            const TPoint<double> m2 =
+                GeoUtils::projectToSphericalMercator(GeoUtils::unprojectFromSphericalMercator(m));
             EXPECT_LT((m2 - m).length(), 1e-3);
         }
     }
@@ -67,10 +67,10 @@ TEST(GeoUtils, SphericalMercatorReferenceValuesAndWorldEdges)
 
 TEST(GeoUtils, DistanceBetweenLocations)
 {
-    EXPECT_NEAR(GeoUtils::distanceBetweenTwoLocations(LocationCoordinate(0, 0), LocationCoordinate(1, 0)), 111195.08,
-                0.5);
-    EXPECT_DOUBLE_EQ(GeoUtils::distanceBetweenTwoLocations(LocationCoordinate(37, 127), LocationCoordinate(37, 127)),
-                     0.0);
+    EXPECT_NEAR(GeoUtils::distanceBetweenTwoLocations(LocationCoordinate(0, 0), LocationCoordinate(1, 0)),
+                111195.08, 0.5);
+    EXPECT_DOUBLE_EQ(
+        GeoUtils::distanceBetweenTwoLocations(LocationCoordinate(37, 127), LocationCoordinate(37, 127)), 0.0);
     // Seoul to Busan is about 325 km.
     EXPECT_NEAR(GeoUtils::distanceBetweenTwoLocations(LocationCoordinate(37.5665, 126.9780),
                                                       LocationCoordinate(35.1796, 129.0756)),

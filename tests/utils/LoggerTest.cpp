@@ -1,5 +1,5 @@
-#include "LogCapture.h"
 #include "Logger.h"
+#include "LogCapture.h"
 
 #include <QThread>
 #include <gtest/gtest.h>

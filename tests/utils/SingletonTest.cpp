@@ -1,5 +1,5 @@
-#include "LogCapture.h"
 #include "Singleton.h"
+#include "LogCapture.h"
 
 #include <QThread>
 #include <atomic>
@@ -55,7 +55,8 @@ TEST(Singleton, RecursiveCreationIsReportedAndAnsweredWithNull)
     ASSERT_NE(s, nullptr);
     EXPECT_EQ(s->reentered, nullptr);
     EXPECT_EQ(capture.assertions(),
-              QStringList{QStringLiteral("The creation of this singleton has recursively requested the singleton")});
+              QStringList{
+                  QStringLiteral("The creation of this singleton has recursively requested the singleton")});
     EXPECT_EQ(Singleton<SelfRequesting>::instance(), s);
 }
 

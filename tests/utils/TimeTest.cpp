@@ -68,8 +68,8 @@ TEST(PerfLogger, SpansCollectPerNameStatistics)
     EXPECT_EQ(s.maxNs, 7000000);
     EXPECT_EQ(s.lastNs, 7000000);
     EXPECT_DOUBLE_EQ(s.meanMs(), 4.0);
-    EXPECT_EQ(PerfLogger::instance().names(),
-              (QStringList{QStringLiteral("DisplayDevice-CompositeLayers"), QStringLiteral("DisplayDevice-RenderViews")}));
+    EXPECT_EQ(PerfLogger::instance().names(), (QStringList{QStringLiteral("DisplayDevice-CompositeLayers"),
+                                                           QStringLiteral("DisplayDevice-RenderViews")}));
 }
 
 TEST(EventRecorder, KeepsTheNewestMarksInOrder)

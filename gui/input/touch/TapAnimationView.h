@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
+#include "OrbisUIFrameworkExport.h"
 
 /// A ring that marks where a tap landed and fades away, then deletes itself.
 class ORBIS_UI_EXPORT TapAnimationView : public DisplayView

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "DisplayView.h"
 #include "ElapsedTimer.h"
+#include "OrbisUIFrameworkExport.h"
 #include "TouchEvent.h"
 #include "TouchInfo.h"
 #include "TouchOwnership.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "GeneratedTilePainter.h"
+#include "OrbisUIFrameworkExport.h"
 #include "TileSource.h"
 
 #include <QMutex>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "OrbisUIFrameworkExport.h"
 #include "DatabaseThread.h"
 #include "MBTilesFile.h"
+#include "OrbisUIFrameworkExport.h"
 #include "TileSource.h"
 
 #include <QMap>

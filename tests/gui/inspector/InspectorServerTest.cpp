@@ -299,8 +299,7 @@ TEST_F(InspectorServerTest, BoxModelIsInScreenCoordinatesWithFlexPaddingAndMargi
         client->result("DOM.getBoxModel", {{"nodeId", idOf(root, "panel")}}).value("model").toObject();
     EXPECT_EQ(quad(second, "content"), QList<double>({10, 20, 310, 20, 310, 220, 10, 220}));
 
-    EXPECT_EQ(errorMessage(client->call("DOM.getBoxModel")),
-              "Either nodeId or backendNodeId is required.");
+    EXPECT_EQ(errorMessage(client->call("DOM.getBoxModel")), "Either nodeId or backendNodeId is required.");
     EXPECT_EQ(errorMessage(nodeCall("DOM.getBoxModel", InspectorDomTree::kDocumentId)),
               "Could not find node with given id");
 }
