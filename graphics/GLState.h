@@ -30,6 +30,7 @@ template <typename T> struct GLCached
     }
 };
 
+/// The cached state of one vertex attribute array.
 struct ORBIS_UI_EXPORT GLAttribState
 {
     GLCached<bool> enabled;

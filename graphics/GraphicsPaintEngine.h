@@ -82,6 +82,7 @@ public:
     void drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target, const QRect& source,
                                 bool opaque, const QMatrix4x4& matrix = QMatrix4x4());
 
+    /// A rectangle cut to the clip and the texture insets that go with it.
     struct Clipped
     {
         QRectF rect;

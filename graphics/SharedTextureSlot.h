@@ -22,6 +22,7 @@ class SharedTexturePage;
 class ORBIS_UI_EXPORT SharedTextureSlot
 {
 public:
+    /// The shared state of a slot: its page and its place on it.
     class Data : public QSharedData
     {
     public:

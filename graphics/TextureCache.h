@@ -30,6 +30,7 @@ class ORBIS_UI_EXPORT TextureCache
 public:
     struct TextureEntry;
     using Store = TLRUCache<unsigned long, std::shared_ptr<TextureEntry>, NullLock, sorted_vector>;
+    /// A texture uploaded for a cached key: its GL name, size and place in the store.
     struct TextureEntry
     {
         ~TextureEntry();
@@ -43,6 +44,7 @@ public:
         bool mStored = false;
         Store::Handle mPosition;
     };
+    /// The key of one page of the glyph cache.
     struct GlyphEntry
     {
         TextureKey key;

@@ -5,6 +5,8 @@
 
 namespace gfx {
 
+/// A texture read from an image file, or uploaded as it is from a KTX file
+/// (compressed formats included).
 class ORBIS_UI_EXPORT TextureKeyDataFile : public TextureKeyDataCached
 {
 public:

@@ -5,6 +5,8 @@
 
 namespace gfx {
 
+/// A texture of a QImage's pixels; keys of one image (by its cache key) share
+/// one texture.
 class ORBIS_UI_EXPORT TextureKeyDataQImage : public TextureKeyDataCached
 {
 public:

@@ -7,6 +7,8 @@
 
 namespace gfx {
 
+/// A texture of a QPixmap's pixels; keys of one pixmap (by its cache key) share
+/// one texture.
 class ORBIS_UI_EXPORT TextureKeyDataQPixmap : public TextureKeyDataCached
 {
 public:

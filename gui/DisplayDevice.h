@@ -38,6 +38,7 @@ class ORBIS_UI_EXPORT DisplayDevice : public DisplayView
     Q_OBJECT
 
 public:
+    /// Counters of the frame loop since the last resetStats().
     struct FrameStats
     {
         int ticks = 0;       // frames run

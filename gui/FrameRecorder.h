@@ -26,6 +26,7 @@ class GLFunctions;
 class ORBIS_UI_EXPORT FrameRecorder
 {
 public:
+    /// The figures of one recorded frame.
     struct Frame
     {
         qint64 ns = 0;
@@ -34,6 +35,7 @@ public:
         qint64 renderedPixels = 0;
         qint64 compositedPixels = 0;
     };
+    /// The figures of a section's frames, with the wall time's percentiles.
     struct Summary
     {
         int frames = 0;

@@ -12,6 +12,7 @@
 class ORBIS_UI_EXPORT GPSInterpolator
 {
 public:
+    /// A position and heading at a moment.
     struct Sample
     {
         LocationCoordinate mLocation;

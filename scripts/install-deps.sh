@@ -14,6 +14,8 @@ packages=(
   libpolyclipping-dev libstb-dev libfreetype-dev libfontconfig-dev zlib1g-dev libicu-dev libglu1-mesa-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   fonts-dejavu-core
+  # The API documentation (scripts/build-docs.sh).
+  doxygen graphviz
   # The fuzzers (scripts/fuzz.sh) need clang's libFuzzer.
   clang libclang-rt-dev
   nodejs npm

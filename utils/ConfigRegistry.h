@@ -19,6 +19,8 @@ class ConfigValueBase;
 class ORBIS_UTILS_EXPORT ConfigRegistry
 {
 public:
+    /// One registered key as entries() reports it: its default and current text,
+    /// and whether any file or override gives it.
     struct Entry
     {
         QString key;

@@ -33,6 +33,9 @@ protected:
     mutable std::atomic<quint64> mGeneration{0};
 };
 
+/// A configuration value of type T: the registry's text for the key, parsed on
+/// first use after each registry change; the default when the key is absent or
+/// its text does not parse (the latter with a logged warning).
 template <typename T> class TConfigValue : public ConfigValueBase
 {
 public:
@@ -71,6 +74,8 @@ private:
     mutable T mValue;
 };
 
+/// A boolean setting: "true", "1", "yes", "on" and "false", "0", "no", "off",
+/// in any case.
 class ORBIS_UTILS_EXPORT ConfigBoolValue : public TConfigValue<bool>
 {
 public:
@@ -83,6 +88,7 @@ protected:
     const char* kindName() const override { return "bool"; }
 };
 
+/// An integer setting, decimal or with a 0x/0 prefix for hexadecimal/octal.
 class ORBIS_UTILS_EXPORT ConfigIntValue : public TConfigValue<int>
 {
 public:
@@ -95,6 +101,7 @@ protected:
     const char* kindName() const override { return "int"; }
 };
 
+/// A floating-point setting.
 class ORBIS_UTILS_EXPORT ConfigRealValue : public TConfigValue<double>
 {
 public:
@@ -107,6 +114,7 @@ protected:
     const char* kindName() const override { return "real"; }
 };
 
+/// A text setting, taken as given.
 class ORBIS_UTILS_EXPORT ConfigStringValue : public TConfigValue<QString>
 {
 public:

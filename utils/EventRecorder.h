@@ -20,6 +20,7 @@ public:
         Instant
     };
 
+    /// One recorded mark.
     struct Event
     {
         QString name;

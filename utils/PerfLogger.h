@@ -13,6 +13,7 @@
 class ORBIS_UTILS_EXPORT PerfLogger
 {
 public:
+    /// The timings of one named span.
     struct Stats
     {
         qint64 count = 0;

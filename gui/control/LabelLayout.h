@@ -21,6 +21,8 @@ class QPainter;
 class ORBIS_UI_EXPORT LabelLayout
 {
 public:
+    /// Everything besides the text and the width that decides the layout; a
+    /// layout is reused while its rules stay equal.
     struct Rules
     {
         QFont font;        // with its pixel size

@@ -1,4 +1,5 @@
 #include "InspectorServer.h"
+#include "OrbisUIFrameworkVersion.h"
 
 #include "DisplayDevice.h"
 #include "InspectorSession.h"

@@ -26,6 +26,7 @@ class TileLoader;
 class ORBIS_UI_EXPORT MapTileRenderer : public gfx::ICustomRenderer
 {
 public:
+    /// What the last render drew, tile by tile.
     struct FrameStats
     {
         int visible = 0;  // tiles of the view
