@@ -31,6 +31,10 @@ install(FILES ${ORBIS_GENERATED_INCLUDE_DIR}/OrbisUIFrameworkVersion.h
   ${ORBIS_GENERATED_INCLUDE_DIR}/OrbisUtilsExport.h ${ORBIS_GENERATED_INCLUDE_DIR}/OrbisUIFrameworkExport.h
   DESTINATION ${ORBIS_INSTALL_INCLUDEDIR} COMPONENT Development)
 
+# DisplayView's flex properties take the flexbox engine's enums, so its header
+# ships beside ours (the engine itself is linked into the library).
+install(FILES ${CSS_LAYOUT_DIR}/Layout.h DESTINATION ${ORBIS_INSTALL_INCLUDEDIR}/csslayout COMPONENT Development)
+
 install(TARGETS OrbisUtils OrbisUIFramework EXPORT OrbisUIFrameworkTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development)
 

@@ -21,7 +21,6 @@ set(ORBIS_PRIVATE_HEADERS
   graphics/GeometryRenderItem.h
   graphics/GlyphCache.h
   graphics/GlyphQuads.h
-  graphics/GlyphRun.h
   graphics/GradientRamp.h
   graphics/GradientShaderUsage.h
   graphics/GraphicsPaintDevice.h
@@ -33,7 +32,6 @@ set(ORBIS_PRIVATE_HEADERS
   graphics/MaskTextureShaderUsage.h
   graphics/MultiTextureShaderUsage.h
   graphics/PathTessellator.h
-  graphics/RenderState.h
   graphics/Renderer.h
   graphics/SharedTexturePage.h
   graphics/TextShaderUsage.h
@@ -52,8 +50,6 @@ set(ORBIS_PRIVATE_HEADERS
   gui/StyleVariantConverter.h
   gui/ViewBufferManager.h
   gui/control/ControlShapes.h
-  gui/control/ListRowHeights.h
-  gui/control/ProgressValue.h
   gui/input/touch/PointUtils.h
   gui/input/touch/ScriptTouchDriver.h
   gui/input/touch/TouchScript.h
@@ -63,7 +59,5 @@ set(ORBIS_PRIVATE_HEADERS
   gui/inspector/InspectorServer.h
   gui/inspector/InspectorSession.h
   gui/inspector/InspectorStyleReport.h
-  maps/native/tiles/TileCache.h
-  maps/native/tiles/TileCacheDatabase.h
   maps/native/tiles/TileLoader.h
 )

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QRegion>
 #include <QVector>
 
@@ -18,11 +20,12 @@ struct RenderState;
 // With `hidden`, wholly hidden items are moved there (at their index) instead of
 // being deleted, and nothing merges across them, so that the list can still be
 // drawn as built under an opacity below 1.
-QRegion optimize(QVector<RenderItem*>& items, bool allowSubstitution, QVector<RenderItem*>* hidden = nullptr);
+ORBIS_UI_INTERNAL_EXPORT QRegion optimize(QVector<RenderItem*>& items, bool allowSubstitution,
+                                          QVector<RenderItem*>* hidden = nullptr);
 
 // Replays a list through the GL state cache, each item scissored to its bounds.
-void render(const RenderState& state, DisplayList* list);
-void render(const RenderState& state, GeometryRenderItem* item, DisplayList* list);
-void render(const RenderState& state, DisplayListSliceRenderItem* item);
+ORBIS_UI_INTERNAL_EXPORT void render(const RenderState& state, DisplayList* list);
+ORBIS_UI_INTERNAL_EXPORT void render(const RenderState& state, GeometryRenderItem* item, DisplayList* list);
+ORBIS_UI_INTERNAL_EXPORT void render(const RenderState& state, DisplayListSliceRenderItem* item);
 
 } // namespace gfx

@@ -27,7 +27,10 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(SingletonCreationFlags)
 ///
 /// T needs a constructor without arguments reachable from Singleton<T>
 /// (a public one, or `friend class Singleton<T>;`).
-template <typename T, int Flags = int(SingletonCreation::Destroyable)> class Singleton
+///
+/// The template is exported so that every library and program that instantiates
+/// Singleton<T> shares one instance: with hidden symbols, each would hold its own.
+template <typename T, int Flags = int(SingletonCreation::Destroyable)> class ORBIS_UTILS_EXPORT Singleton
 {
 public:
     static T* instance()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrbisUIFrameworkExport.h"
+
 #include <QPoint>
 #include <QPointF>
 
@@ -7,12 +9,12 @@
 // measured like atan2 (counter-clockwise from +x in a y-up frame; on screen, where y
 // grows downwards, positive angles turn clockwise).
 namespace PointUtils {
-double distanceBetween(const QPointF& a, const QPointF& b);
+ORBIS_UI_INTERNAL_EXPORT double distanceBetween(const QPointF& a, const QPointF& b);
 // The vector from a to b.
-QPointF vectorBetween(const QPointF& a, const QPointF& b);
-double vectorAngle(const QPointF& vector);
+ORBIS_UI_INTERNAL_EXPORT QPointF vectorBetween(const QPointF& a, const QPointF& b);
+ORBIS_UI_INTERNAL_EXPORT double vectorAngle(const QPointF& vector);
 // The signed turn from angle `from` to angle `to`, wrapped into [-180, 180).
-double angleDifference(double from, double to);
-QPointF midpoint(const QPointF& a, const QPointF& b);
-int manhattanDistance(const QPoint& a, const QPoint& b);
+ORBIS_UI_INTERNAL_EXPORT double angleDifference(double from, double to);
+ORBIS_UI_INTERNAL_EXPORT QPointF midpoint(const QPointF& a, const QPointF& b);
+ORBIS_UI_INTERNAL_EXPORT int manhattanDistance(const QPoint& a, const QPoint& b);
 } // namespace PointUtils
