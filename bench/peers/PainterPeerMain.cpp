@@ -10,19 +10,13 @@
 int main(int argc, char** argv)
 {
     PeerOptions options;
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
-    const bool parsed = options.parse(arguments);
-    if (!parsed || options.helpRequested() || options.heapInstances() > 0) {
-        // Nothing here is an object per row: there is no heap figure to give.
-        const QString why = !parsed ? options.error() + '\n'
-                            : options.heapInstances() > 0
-                                ? QStringLiteral("--heap: no objects per row here\n")
-                                : QString();
-        QTextStream(why.isEmpty() ? stdout : stderr)
-            << why << PeerOptions::usage(QStringLiteral("orbis-peer-painter"));
-        return why.isEmpty() ? 0 : 2;
+    const int answered = options.parse(argc, argv, QStringLiteral("orbis-peer-painter"));
+    if (answered >= 0)
+        return answered;
+    if (options.heapInstances() > 0) {
+        // Rows here are drawn from the model's data: no object stands for a row or a view.
+        QTextStream(stderr) << "orbis-peer-painter: --heap: nothing here is an object per row or view\n";
+        return 2;
     }
     QGuiApplication app(argc, argv);
     PeerFrameClock clock(QStringLiteral("scroll"), options);

@@ -1,5 +1,7 @@
 #include "PeerOptions.h"
 
+#include <QTextStream>
+
 QString PeerOptions::usage(const QString& program)
 {
     return QStringLiteral("usage: %1 [options]\n"
@@ -59,4 +61,20 @@ bool PeerOptions::parse(const QStringList& arguments)
             mHeap = n;
     }
     return true;
+}
+
+int PeerOptions::parse(int argc, char** argv, const QString& program)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    if (!parse(arguments)) {
+        QTextStream(stderr) << program << ": " << mError << '\n' << usage(program);
+        return 2;
+    }
+    if (mHelp) {
+        QTextStream(stdout) << usage(program);
+        return 0;
+    }
+    return -1;
 }

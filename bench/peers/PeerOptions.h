@@ -11,6 +11,9 @@ class PeerOptions
 public:
     // Returns false with error() set on a bad argument.
     bool parse(const QStringList& arguments);
+    // Parses a program's arguments and answers --help and mistakes itself: returns
+    // the exit status then, or -1 when the program is to run.
+    int parse(int argc, char** argv, const QString& program);
     QString error() const { return mError; }
     static QString usage(const QString& program);
 

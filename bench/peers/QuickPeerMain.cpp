@@ -52,15 +52,9 @@ int measureHeap(int count, const QString& jsonPath)
 int main(int argc, char** argv)
 {
     PeerOptions options;
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
-    if (!options.parse(arguments) || options.helpRequested()) {
-        const bool help = options.helpRequested() && options.error().isEmpty();
-        QTextStream(help ? stdout : stderr) << (help ? QString() : options.error() + '\n')
-                                            << PeerOptions::usage(QStringLiteral("orbis-peer-quick"));
-        return help ? 0 : 2;
-    }
+    const int answered = options.parse(argc, argv, QStringLiteral("orbis-peer-quick"));
+    if (answered >= 0)
+        return answered;
     qputenv("QSG_RENDER_LOOP", "basic");
     QGuiApplication app(argc, argv);
     qmlRegisterType<RingItem>("Peer", 1, 0, "Ring");
