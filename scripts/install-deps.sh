@@ -14,6 +14,8 @@ packages=(
   libpolyclipping-dev libstb-dev libfreetype-dev libfontconfig-dev zlib1g-dev libicu-dev libglu1-mesa-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   fonts-dejavu-core
+  # The scroll scene's peers and their GL call counts (scripts/compare-peers.sh).
+  qtdeclarative5-dev qml-module-qtquick2 apitrace python3
   # The fuzzers (scripts/fuzz.sh) need clang's libFuzzer.
   clang libclang-rt-dev
   nodejs npm
