@@ -109,7 +109,10 @@ def main(work, out_path):
             r["ownPixels"] = statistics.fmean(
                 measured(s)["renderedPixelsPerFrame"] + measured(s)["compositedPixelsPerFrame"] for s in rounds
             )
-            r["ownIdleGlCalls"] = measured(idle)["glCallsPerFrame"]
+            r["ownStateRequests"] = statistics.fmean(measured(s)["stateRequestsPerFrame"] for s in rounds)
+            r["ownStateFiltered"] = r["ownStateRequests"] - statistics.fmean(
+                measured(s)["stateForwardedPerFrame"] for s in rounds
+            )
         heap = load(os.path.join(work, f"{key}-heap.json"))
         if heap:
             r["rowBytes"], r["viewBytes"] = heap["rowBytes"], heap["viewBytes"]
@@ -125,6 +128,8 @@ def main(work, out_path):
         ("GL calls per frame", "glCalls", "", "<= 90", lambda v: v <= 90),
         ("GL calls per frame, own counter", "ownGlCalls", "", "<= 90", lambda v: v <= 90),
         ("draws per frame, own counter", "ownDraws", "", "", None),
+        ("GL state changes asked per frame", "ownStateRequests", "", "", None),
+        ("  of which the state cache filtered", "ownStateFiltered", "", "", None),
         ("pixels written per frame, own counter", "ownPixels", "px", "", None),
         ("idle: draws per frame", "idleDraws", "", "0", lambda v: v == 0),
         ("idle: GL calls per frame", "idleGlCalls", "", "0", lambda v: v == 0),
