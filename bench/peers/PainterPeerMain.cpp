@@ -18,10 +18,7 @@ int main(int argc, char** argv)
         QTextStream(stderr) << "orbis-peer-painter: --heap: nothing here is an object per row or view\n";
         return 2;
     }
-    // Frames follow each other at once, as the demo's do, instead of after Qt's
-    // default 5 ms pause between an update request and its frame.
-    if (!qEnvironmentVariableIsSet("QT_QPA_UPDATE_IDLE_TIME"))
-        qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
+    PeerFrameClock::runBackToBack();
     QGuiApplication app(argc, argv);
     PeerFrameClock clock(QStringLiteral("scroll"), options);
     PainterWindow window(&clock, options.idle(), options.screenshotPath());

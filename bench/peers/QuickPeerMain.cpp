@@ -10,7 +10,6 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTextStream>
-#include <memory>
 
 namespace {
 
@@ -55,10 +54,7 @@ int main(int argc, char** argv)
     const int answered = options.parse(argc, argv, QStringLiteral("orbis-peer-quick"));
     if (answered >= 0)
         return answered;
-    // Frames follow each other at once, as the demo's do, instead of after Qt's
-    // default 5 ms pause between an update request and its frame.
-    if (!qEnvironmentVariableIsSet("QT_QPA_UPDATE_IDLE_TIME"))
-        qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
+    PeerFrameClock::runBackToBack();
     qputenv("QSG_RENDER_LOOP", "basic");
     QGuiApplication app(argc, argv);
     qmlRegisterType<RingItem>("Peer", 1, 0, "Ring");
