@@ -25,8 +25,14 @@ heap=10000
 out=""
 do_build=1
 
-usage() { sed -n '2,17p' "$0" | sed 's/^# \{0,1\}//'; }
-number() { [[ "$2" =~ ^[0-9]+$ ]] && (("$2" >= $3)) || { echo "compare-peers: bad $1: $2" >&2; exit 2; }; }
+# The comment at the top, without its marks.
+usage() { awk 'NR > 1 && /^#/ { sub(/^# ?/, ""); print; next } NR > 1 { exit }' "$0"; }
+number() {
+  if ! [[ "$2" =~ ^[0-9]+$ ]] || (("$2" < $3)); then
+    echo "compare-peers: bad $1: $2" >&2
+    exit 2
+  fi
+}
 while (($#)); do
   case "$1" in
     --frames | --warmup | --rounds | --trace-frames | --heap | --out)
