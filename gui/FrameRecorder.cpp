@@ -3,11 +3,15 @@
 #include "DisplayDevice.h"
 
 #include <GLCallRecorder.h>
+#include <GLStateManager.h>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
 #include <cmath>
+#include <ctime>
+#include <unistd.h>
 
 FrameRecorder::FrameRecorder(DisplayDevice* device) : mDevice(device)
 {
@@ -24,6 +28,9 @@ FrameRecorder::~FrameRecorder()
 void FrameRecorder::tick()
 {
     const DisplayDevice::FrameStats before = mDevice->frameStats();
+    const gfx::GLStateManager* cache = gfx::GLStateManager::instance();
+    const quint64 requests = cache->requests();
+    const quint64 forwarded = cache->forwarded();
     mCounter->reset();
     const qint64 start = mClock.nowNanoseconds();
     mDevice->doTick();
@@ -34,6 +41,9 @@ void FrameRecorder::tick()
     const DisplayDevice::FrameStats& after = mDevice->frameStats();
     frame.renderedPixels = after.renderedPixels - before.renderedPixels;
     frame.compositedPixels = after.compositedPixels - before.compositedPixels;
+    frame.stateRequests = int(cache->requests() - requests);
+    frame.stateForwarded = int(cache->forwarded() - forwarded);
+    frame.swapped = after.drawnFrames > before.drawnFrames;
     addFrame(frame);
 }
 
@@ -50,6 +60,38 @@ FrameRecorder::Section& FrameRecorder::current()
 void FrameRecorder::addFrame(const Frame& frame)
 {
     current().frames.append(frame);
+    if (frame.swapped && mFirstSwapMs < 0)
+        mFirstSwapMs = msSinceProcessStart();
+}
+
+qint64 FrameRecorder::startTicks(const QByteArray& statLine)
+{
+    // The command name, field 2, may hold blanks and parentheses: fields are
+    // counted from its last ')'. The start time is field 22.
+    const int nameEnd = statLine.lastIndexOf(')');
+    if (nameEnd < 0)
+        return -1;
+    const QList<QByteArray> fields = statLine.mid(nameEnd + 1).simplified().split(' ');
+    if (fields.size() < 20)
+        return -1;
+    bool ok = false;
+    const qint64 ticks = fields[19].toLongLong(&ok);
+    return ok ? ticks : -1;
+}
+
+double FrameRecorder::msSinceProcessStart()
+{
+    QFile file(QStringLiteral("/proc/self/stat"));
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    const qint64 ticks = startTicks(file.readAll());
+    if (ticks < 0)
+        return -1;
+    // The kernel counts the start time on the boot clock, in clock ticks.
+    timespec now{};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    const double nowMs = double(now.tv_sec) * 1000.0 + now.tv_nsec / 1e6;
+    return nowMs - double(ticks) * 1000.0 / double(sysconf(_SC_CLK_TCK));
 }
 
 void FrameRecorder::setSection(const QString& name)
@@ -103,6 +145,8 @@ FrameRecorder::Summary FrameRecorder::summarize(const QVector<Frame>& frames)
         s.glCallsPerFrame += f.glCalls;
         s.renderedPixelsPerFrame += f.renderedPixels;
         s.compositedPixelsPerFrame += f.compositedPixels;
+        s.stateRequestsPerFrame += f.stateRequests;
+        s.stateForwardedPerFrame += f.stateForwarded;
         if (f.glCalls == 0 && f.renderedPixels == 0 && f.compositedPixels == 0)
             ++s.idleFrames;
     }
@@ -119,6 +163,8 @@ FrameRecorder::Summary FrameRecorder::summarize(const QVector<Frame>& frames)
     s.glCallsPerFrame /= n;
     s.renderedPixelsPerFrame /= n;
     s.compositedPixelsPerFrame /= n;
+    s.stateRequestsPerFrame /= n;
+    s.stateForwardedPerFrame /= n;
     return s;
 }
 
@@ -149,6 +195,8 @@ QJsonObject toJson(const FrameRecorder::Summary& s)
                        {"glCallsPerFrame", s.glCallsPerFrame},
                        {"renderedPixelsPerFrame", s.renderedPixelsPerFrame},
                        {"compositedPixelsPerFrame", s.compositedPixelsPerFrame},
+                       {"stateRequestsPerFrame", s.stateRequestsPerFrame},
+                       {"stateForwardedPerFrame", s.stateForwardedPerFrame},
                        {"idleFrames", s.idleFrames}};
 }
 } // namespace
@@ -170,6 +218,8 @@ QString FrameRecorder::report() const
         text += row(section.name, summarize(section.frames));
     if (mSections.size() > 1)
         text += row(QStringLiteral("total"), total());
+    if (mFirstSwapMs >= 0)
+        text += QStringLiteral("first swap %1 ms after process start\n").arg(mFirstSwapMs, 0, 'f', 1);
     return text;
 }
 
@@ -179,8 +229,14 @@ QByteArray FrameRecorder::json() const
     for (const Section& section : mSections) {
         QJsonObject object = toJson(summarize(section.frames));
         object.insert(QStringLiteral("section"), section.name);
+        QJsonArray times;
+        for (const Frame& f : section.frames)
+            times.append(f.ns / 1e6);
+        object.insert(QStringLiteral("frameMs"), times);
         sections.append(object);
     }
     QJsonObject root{{"sections", sections}, {"total", toJson(total())}};
+    if (mFirstSwapMs >= 0)
+        root.insert(QStringLiteral("firstSwapMs"), mFirstSwapMs);
     return QJsonDocument(root).toJson();
 }

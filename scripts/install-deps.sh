@@ -16,6 +16,8 @@ packages=(
   fonts-dejavu-core
   # The API documentation (scripts/build-docs.sh).
   doxygen graphviz
+  # The scroll scene's peers and their GL call counts (scripts/compare-peers.sh).
+  qtdeclarative5-dev qml-module-qtquick2 apitrace python3
   # The fuzzers (scripts/fuzz.sh) need clang's libFuzzer.
   clang libclang-rt-dev
   nodejs npm

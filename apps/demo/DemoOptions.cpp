@@ -10,6 +10,9 @@ QString DemoOptions::usage()
         "  --scene NAME             first screen: home, map, settings, climate, or scroll\n"
         "                           (the scrolling benchmark scene); default home\n"
         "  --frames N               run N frames, then quit\n"
+        "  --warmup N               run N frames more before those, reported apart (the first\n"
+        "                           frame is always reported apart)\n"
+        "  --idle                   the scroll scene holds still: nothing animates\n"
         "  --script FILE            play a touch script (lines of: time-ms touch down|move|up x y)\n"
         "  --screenshot PATH        write the last frame as a picture\n"
         "  --screenshot-every N     write every N-th frame as PATH-NNNNN.png (PATH from --screenshot,\n"
@@ -48,11 +51,13 @@ bool DemoOptions::positiveInt(const QString& value, const QString& what, int* ou
 bool DemoOptions::parse(const QStringList& arguments)
 {
     static const QStringList kSwitches = {QStringLiteral("--help"), QStringLiteral("-h"),
-                                          QStringLiteral("--night"), QStringLiteral("--real-time")};
-    static const QStringList kValued = {
-        QStringLiteral("--size"),    QStringLiteral("--scene"),      QStringLiteral("--frames"),
-        QStringLiteral("--script"),  QStringLiteral("--screenshot"), QStringLiteral("--screenshot-every"),
-        QStringLiteral("--screens"), QStringLiteral("--stats"),      QStringLiteral("--set")};
+                                          QStringLiteral("--night"), QStringLiteral("--real-time"),
+                                          QStringLiteral("--idle")};
+    static const QStringList kValued = {QStringLiteral("--size"),       QStringLiteral("--scene"),
+                                        QStringLiteral("--frames"),     QStringLiteral("--script"),
+                                        QStringLiteral("--screenshot"), QStringLiteral("--screenshot-every"),
+                                        QStringLiteral("--screens"),    QStringLiteral("--stats"),
+                                        QStringLiteral("--set"),        QStringLiteral("--warmup")};
     for (int i = 0; i < arguments.size(); ++i) {
         const QString& option = arguments[i];
         if (kSwitches.contains(option)) {
@@ -60,6 +65,8 @@ bool DemoOptions::parse(const QStringList& arguments)
                 mNight = true;
             else if (option == QLatin1String("--real-time"))
                 mRealTime = true;
+            else if (option == QLatin1String("--idle"))
+                mIdle = true;
             else
                 mHelp = true;
             continue;
@@ -88,6 +95,11 @@ bool DemoOptions::parse(const QStringList& arguments)
         } else if (option == QLatin1String("--frames")) {
             if (!positiveInt(value, QStringLiteral("frame count"), &mFrames))
                 return false;
+        } else if (option == QLatin1String("--warmup")) {
+            bool ok = false;
+            mWarmup = value.toInt(&ok);
+            if (!ok || mWarmup < 0)
+                return fail(QStringLiteral("bad warm-up frame count: %1").arg(value));
         } else if (option == QLatin1String("--screenshot-every")) {
             if (!positiveInt(value, QStringLiteral("screenshot interval"), &mScreenshotEvery))
                 return false;
@@ -105,5 +117,9 @@ bool DemoOptions::parse(const QStringList& arguments)
             mOverrides << value;
         }
     }
+    if (mWarmup > 0 && mFrames == 0)
+        return fail(QStringLiteral("--warmup needs --frames"));
+    if (mIdle && mScene != QLatin1String("scroll"))
+        return fail(QStringLiteral("--idle needs --scene scroll"));
     return true;
 }

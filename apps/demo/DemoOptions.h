@@ -18,6 +18,10 @@ public:
     QSize size() const { return mSize; }
     // 0: run until the window is closed (or, with a script, until it has played).
     int frames() const { return mFrames; }
+    // Frames run before those counted by --frames, the first included; reported apart.
+    int warmup() const { return mWarmup; }
+    // The scroll scene holds still (the frame loop still ticks).
+    bool idle() const { return mIdle; }
     QString screenshotPath() const { return mScreenshot; }
     // 0: none; otherwise every N-th frame is written as a numbered picture.
     int screenshotEvery() const { return mScreenshotEvery; }
@@ -39,6 +43,8 @@ private:
     QSize mSize{1280, 800};
     bool mSizeGiven = false;
     int mFrames = 0;
+    int mWarmup = 0;
+    bool mIdle = false;
     QString mScreenshot;
     int mScreenshotEvery = 0;
     QString mScreens;

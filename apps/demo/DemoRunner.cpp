@@ -71,9 +71,12 @@ int DemoRunner::run()
     }
     mStepMs = mDevice->timer()->interval();
     mVehicle = std::make_unique<VehicleSimulator>();
-    if (mOptions.scene() == QLatin1String("scroll"))
-        mDisplay = std::make_unique<ScrollScene>(mDevice.get());
-    else
+    if (mOptions.scene() == QLatin1String("scroll")) {
+        auto scene = std::make_unique<ScrollScene>(mDevice.get());
+        if (mOptions.idle())
+            scene->freeze();
+        mDisplay = std::move(scene);
+    } else
         mDisplay = std::make_unique<CentreDisplay>(mDevice.get(), mOptions.scene());
     mRecorder = std::make_unique<FrameRecorder>(mDevice.get());
 
@@ -83,7 +86,7 @@ int DemoRunner::run()
         TouchDevice::getInstance(mDevice.get())->setTouchDriver(std::move(driver));
     }
     if (mOptions.frames() > 0)
-        mLastFrame = mOptions.frames();
+        mLastFrame = mOptions.warmup() + mOptions.frames();
     else if (!mScript.isEmpty())
         mLastFrame = int((mScript.durationMs() + kScriptTailMs) / mStepMs) + 1;
 
@@ -153,6 +156,8 @@ void DemoRunner::frame()
     // The first frame compiles shaders and fills caches: a start-up cost, reported apart.
     if (mFrames == 1)
         mRecorder->setSection(QStringLiteral("(first frame)"));
+    else if (mFrames <= mOptions.warmup())
+        mRecorder->setSection(QStringLiteral("(warm-up)"));
     else if (capturing)
         mRecorder->setSection(QStringLiteral("(capture)"));
     else

@@ -66,6 +66,22 @@ TEST(DemoOptionsTest, TheScrollSceneHasItsOwnSizeUnlessOneIsGiven)
     EXPECT_EQ(back.size(), QSize(1280, 800));
 }
 
+TEST(DemoOptionsTest, WarmUpAndIdleRunsOfTheScrollScene)
+{
+    DemoOptions options;
+    ASSERT_TRUE(options.parse({"--idle", "--warmup", "0", "--scene", "scroll", "--frames", "600"}));
+    EXPECT_TRUE(options.idle());
+    EXPECT_EQ(options.warmup(), 0);
+    DemoOptions warm;
+    ASSERT_TRUE(warm.parse({"--warmup", "60", "--frames", "600"}));
+    EXPECT_EQ(warm.warmup(), 60);
+    EXPECT_EQ(warm.frames(), 600);
+    DemoOptions defaults;
+    ASSERT_TRUE(defaults.parse({"--scene", "scroll"}));
+    EXPECT_FALSE(defaults.idle());
+    EXPECT_EQ(defaults.warmup(), 0);
+}
+
 TEST(DemoOptionsTest, BadArgumentsAreNamed)
 {
     const QList<QPair<QStringList, QString>> cases = {
@@ -80,6 +96,10 @@ TEST(DemoOptionsTest, BadArgumentsAreNamed)
         {{"--bogus"}, "unknown option: --bogus"},
         {{"--bogus", "1"}, "unknown option: --bogus"},
         {{"--frames", "5", "--fullscreen"}, "unknown option: --fullscreen"},
+        {{"--frames", "5", "--warmup", "-1"}, "bad warm-up frame count: -1"},
+        {{"--warmup", "60"}, "--warmup needs --frames"},
+        {{"--idle", "--frames", "5"}, "--idle needs --scene scroll"},
+        {{"--scene", "scroll", "--idle", "--scene", "home"}, "--idle needs --scene scroll"},
     };
     for (const auto& c : cases) {
         DemoOptions options;
