@@ -17,9 +17,9 @@ ConfigBoolValue OptimizeDisplayLists("gfx/optimize_display_lists", true);
 DisplayList::DisplayList() = default;
 
 DisplayList::DisplayList(QVector<RenderItem*>& items, bool allowSubstitution)
-    : mItems(std::move(items)), mAllowSubstitution(allowSubstitution)
+    : mAllowSubstitution(allowSubstitution)
 {
-    items.clear();
+    mItems.swap(items); // takes the items and leaves the caller's vector empty
 }
 
 DisplayList::~DisplayList()
