@@ -53,11 +53,11 @@ set(ORBIS_PRIVATE_HEADERS
   gui/input/touch/PointUtils.h
   gui/input/touch/ScriptTouchDriver.h
   gui/input/touch/TouchScript.h
-  gui/inspector/InspectorDomTree.h
-  gui/inspector/InspectorOverlay.h
-  gui/inspector/InspectorScreencast.h
-  gui/inspector/InspectorServer.h
-  gui/inspector/InspectorSession.h
-  gui/inspector/InspectorStyleReport.h
+  gui/devtools/DevToolsDomTree.h
+  gui/devtools/DevToolsOverlay.h
+  gui/devtools/DevToolsScreencast.h
+  gui/devtools/DevToolsServer.h
+  gui/devtools/DevToolsSession.h
+  gui/devtools/DevToolsStyleReport.h
   maps/native/tiles/TileLoader.h
 )

@@ -11,8 +11,8 @@
 #include "SkinManager.h"
 #include "TouchOwnership.h"
 #include "ViewBufferManager.h"
+#include "devtools/DevToolsServer.h"
 #include "input/touch/TouchDevice.h"
-#include "inspector/InspectorServer.h"
 
 #include <CoverageMaskCache.h>
 #include <GLExtensions.h>
@@ -95,11 +95,11 @@ DisplayDevice::DisplayDevice(int width, int height, int screen)
     mCompositeRegion = QRegion();
     mFrameNeeded = false;
 
-    const int inspectorPort = InspectorServer::configuredPort();
+    const int inspectorPort = DevToolsServer::configuredPort();
     if (inspectorPort > 0 &&
         ORBIS_ASSERT(inspectorPort + screen <= 65535,
                      QStringLiteral("The inspector port is out of range: %1").arg(inspectorPort + screen))) {
-        mInspector = std::make_unique<InspectorServer>(this);
+        mInspector = std::make_unique<DevToolsServer>(this);
         if (!mInspector->listen(quint16(inspectorPort + screen)))
             mInspector.reset();
     }

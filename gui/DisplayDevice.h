@@ -15,7 +15,7 @@
 
 class DisplayDeviceWidget;
 class DisplayViewAnimation;
-class InspectorServer;
+class DevToolsServer;
 class PopupView;
 class QGLFramebufferObject;
 class QMouseEvent;
@@ -120,7 +120,7 @@ public:
 
     /// The view inspector, when "ui/inspector_port" started one (the display with
     /// screen index N listens on that port plus N).
-    InspectorServer* inspector() const { return mInspector.get(); }
+    DevToolsServer* inspector() const { return mInspector.get(); }
 
     void updateAnimations();
     void processDeferredLayouts();
@@ -271,5 +271,5 @@ private:
     QList<PendingScreenshot> mScreenshots;
     /// Per layer that holds nested layers, where they must be composited this frame.
     QHash<DisplayView*, QRegion> mNestedRendered;
-    std::unique_ptr<InspectorServer> mInspector;
+    std::unique_ptr<DevToolsServer> mInspector;
 };

@@ -8,7 +8,7 @@
 #include "Graphics.h"
 #include "ScreenshotProcessor.h"
 #include "ViewBufferManager.h"
-#include "inspector/InspectorServer.h"
+#include "devtools/DevToolsServer.h"
 
 #include <ConfigValue.h>
 #include <DisplayList.h>

@@ -25,7 +25,7 @@ Q_LOGGING_CATEGORY(lcGuiAnimation, "orbis.gui.animation")
 Q_LOGGING_CATEGORY(lcGuiTouch, "orbis.gui.touch")
 Q_LOGGING_CATEGORY(lcGuiControl, "orbis.gui.control")
 Q_LOGGING_CATEGORY(lcGuiPhysics, "orbis.gui.physics")
-Q_LOGGING_CATEGORY(lcGuiInspector, "orbis.gui.inspector")
+Q_LOGGING_CATEGORY(lcGuiDevTools, "orbis.gui.devtools")
 Q_LOGGING_CATEGORY(lcMaps, "orbis.maps")
 Q_LOGGING_CATEGORY(lcMapsView, "orbis.maps.view")
 Q_LOGGING_CATEGORY(lcMapsTiles, "orbis.maps.tiles")
@@ -49,7 +49,7 @@ const CategoryRoute kRoutes[] = {
     {"gui/input/", lcGuiTouch},
     {"gui/control/", lcGuiControl},
     {"gui/physics/", lcGuiPhysics},
-    {"gui/inspector/", lcGuiInspector},
+    {"gui/devtools/", lcGuiDevTools},
     {"gui/maps/", lcMapsView},
     {"gui/", lcGui},
     {"graphics/", lcGfx},

@@ -1,13 +1,13 @@
 #include "ManualClock.h"
 #include "ScopedConfigOverride.h"
+#include "devtools/DevToolsServer.h"
+#include "devtools/DevToolsSession.h"
 #include "input/touch/MouseTouchDriver.h"
 #include "input/touch/TouchDevice.h"
-#include "inspector/InspectorServer.h"
-#include "inspector/InspectorSession.h"
 #include "support/ColorView.h"
 #include "support/GLTestContext.h"
 #include "support/ScreenTest.h"
-#include "support/inspector/InspectorClient.h"
+#include "support/devtools/DevToolsClient.h"
 
 #include <QJsonDocument>
 
@@ -23,7 +23,7 @@ QJsonObject rgba(int r, int g, int b, double a = 1)
 
 // The overlay on a real screen: what the tools highlight is drawn over the view on
 // the display, touches pick views in inspect mode, and screenshots come from the frame.
-class InspectorOverlayGLTest : public ScreenTest
+class DevToolsOverlayGLTest : public ScreenTest
 {
 protected:
     void SetUp() override
@@ -64,11 +64,11 @@ protected:
         mScreen->doTick();
     }
 
-    quint16 mPort = InspectorClient::freePort();
+    quint16 mPort = DevToolsClient::freePort();
     ManualClock mClock;
     DisplayDevice* mScreen = nullptr;
     ColorView* target = nullptr;
-    InspectorClient client{[this] {
+    DevToolsClient client{[this] {
         mScreen->doTick();
     }};
     int targetId = 0;
@@ -76,7 +76,7 @@ protected:
 
 } // namespace
 
-TEST_F(InspectorOverlayGLTest, HighlightIsDrawnOverTheViewAndFollowsIt)
+TEST_F(DevToolsOverlayGLTest, HighlightIsDrawnOverTheViewAndFollowsIt)
 {
     const QJsonObject config{{"contentColor", rgba(255, 0, 0)}, {"marginColor", rgba(0, 255, 0)}};
     EXPECT_EQ(client.call("Overlay.highlightNode", {{"nodeId", targetId}, {"highlightConfig", config}})
@@ -106,7 +106,7 @@ TEST_F(InspectorOverlayGLTest, HighlightIsDrawnOverTheViewAndFollowsIt)
     EXPECT_TRUE(colorsClose(at(shown, 160, 110), kTarget.rgb()));
 }
 
-TEST_F(InspectorOverlayGLTest, ATouchInInspectModePicksTheViewUnderIt)
+TEST_F(DevToolsOverlayGLTest, ATouchInInspectModePicksTheViewUnderIt)
 {
     int taps = 0;
     QObject::connect(target, qOverload<DisplayView*>(&DisplayView::tapped), [&taps] { ++taps; });
@@ -128,10 +128,10 @@ TEST_F(InspectorOverlayGLTest, ATouchInInspectModePicksTheViewUnderIt)
                   .toObject()
                   .value("code")
                   .toInt(),
-              InspectorSession::kInvalidParams);
+              DevToolsSession::kInvalidParams);
 }
 
-TEST_F(InspectorOverlayGLTest, CaptureScreenshotReturnsTheFrameAsPng)
+TEST_F(DevToolsOverlayGLTest, CaptureScreenshotReturnsTheFrameAsPng)
 {
     const QJsonObject reply = client.call("Page.captureScreenshot", {{"format", "png"}});
     const QByteArray png =
@@ -149,7 +149,7 @@ TEST_F(InspectorOverlayGLTest, CaptureScreenshotReturnsTheFrameAsPng)
               "Unsupported screenshot format: 'jpeg'");
 }
 
-TEST_F(InspectorOverlayGLTest, ScreencastSendsNewFramesOnlyOnceTheLastIsAcknowledged)
+TEST_F(DevToolsOverlayGLTest, ScreencastSendsNewFramesOnlyOnceTheLastIsAcknowledged)
 {
     const auto framesSoFar = [this] {
         client.call("DOM.enable"); // a round trip after the frames the ticks produced

@@ -1,8 +1,8 @@
-#include "InspectorSession.h"
+#include "DevToolsSession.h"
 
+#include "DevToolsStyleReport.h"
 #include "DisplayDevice.h"
 #include "DisplayDeviceWidget.h"
-#include "InspectorStyleReport.h"
 
 #include <Logger.h>
 #include <QBuffer>
@@ -11,7 +11,7 @@
 #include <QWebSocket>
 
 namespace {
-const char* const kLogSource = "gui/inspector/InspectorSession";
+const char* const kLogSource = "gui/devtools/DevToolsSession";
 
 QColor colorOf(const QJsonObject& config, const char* key, const QColor& fallback)
 {
@@ -25,7 +25,7 @@ QColor colorOf(const QJsonObject& config, const char* key, const QColor& fallbac
 }
 
 // The tools name each box colour; a box they leave out is not drawn.
-InspectorOverlay::Colors colorsOf(const QJsonObject& config)
+DevToolsOverlay::Colors colorsOf(const QJsonObject& config)
 {
     const QColor none(0, 0, 0, 0);
     return {colorOf(config, "contentColor", none), colorOf(config, "paddingColor", none),
@@ -34,61 +34,61 @@ InspectorOverlay::Colors colorsOf(const QJsonObject& config)
 
 } // namespace
 
-InspectorSession::InspectorSession(QWebSocket* socket, DisplayDevice* device, QObject* parent)
+DevToolsSession::DevToolsSession(QWebSocket* socket, DisplayDevice* device, QObject* parent)
     : QObject(parent), mSocket(socket), mDevice(device),
       mTree(device, [this](const QString& method, const QJsonObject& params) { sendEvent(method, params); }),
-      mOverlay(new InspectorOverlay(device)), mScreencast(device, [this](const QJsonObject& frame) {
+      mOverlay(new DevToolsOverlay(device)), mScreencast(device, [this](const QJsonObject& frame) {
           sendEvent(QStringLiteral("Page.screencastFrame"), frame);
       })
 {
     mSocket->setParent(this);
     mTree.setExcludedView(mOverlay);
-    connect(mSocket, &QWebSocket::textMessageReceived, this, &InspectorSession::handleMessage);
-    connect(mSocket, &QWebSocket::binaryMessageReceived, this, &InspectorSession::onBinaryMessage);
-    connect(mSocket, &QWebSocket::disconnected, this, &InspectorSession::onDisconnected);
-    connect(mOverlay, &InspectorOverlay::viewPicked, this, &InspectorSession::onViewPicked);
+    connect(mSocket, &QWebSocket::textMessageReceived, this, &DevToolsSession::handleMessage);
+    connect(mSocket, &QWebSocket::binaryMessageReceived, this, &DevToolsSession::onBinaryMessage);
+    connect(mSocket, &QWebSocket::disconnected, this, &DevToolsSession::onDisconnected);
+    connect(mOverlay, &DevToolsOverlay::viewPicked, this, &DevToolsSession::onViewPicked);
     registerHandlers();
     ORBIS_INFO(QStringLiteral("Inspector client attached from %1").arg(mSocket->peerAddress().toString()));
 }
 
-InspectorSession::~InspectorSession()
+DevToolsSession::~DevToolsSession()
 {
     delete mOverlay.data();
     mSocket->disconnect(this);
 }
 
-void InspectorSession::registerHandlers()
+void DevToolsSession::registerHandlers()
 {
     const QStringList acknowledged = {QStringLiteral("DOM.enable"),     QStringLiteral("DOM.disable"),
                                       QStringLiteral("CSS.enable"),     QStringLiteral("CSS.disable"),
                                       QStringLiteral("Overlay.enable"), QStringLiteral("Overlay.disable"),
                                       QStringLiteral("Page.enable"),    QStringLiteral("Page.disable")};
     for (const QString& method : acknowledged)
-        mHandlers.insert(method, &InspectorSession::acknowledge);
-    mHandlers.insert(QStringLiteral("DOM.getDocument"), &InspectorSession::getDocument);
-    mHandlers.insert(QStringLiteral("DOM.requestChildNodes"), &InspectorSession::requestChildNodes);
-    mHandlers.insert(QStringLiteral("DOM.getBoxModel"), &InspectorSession::getBoxModel);
+        mHandlers.insert(method, &DevToolsSession::acknowledge);
+    mHandlers.insert(QStringLiteral("DOM.getDocument"), &DevToolsSession::getDocument);
+    mHandlers.insert(QStringLiteral("DOM.requestChildNodes"), &DevToolsSession::requestChildNodes);
+    mHandlers.insert(QStringLiteral("DOM.getBoxModel"), &DevToolsSession::getBoxModel);
     mHandlers.insert(QStringLiteral("DOM.pushNodesByBackendIdsToFrontend"),
-                     &InspectorSession::pushNodesByBackendIds);
-    mHandlers.insert(QStringLiteral("CSS.getComputedStyleForNode"), &InspectorSession::getComputedStyle);
-    mHandlers.insert(QStringLiteral("CSS.getMatchedStylesForNode"), &InspectorSession::getMatchedStyles);
-    mHandlers.insert(QStringLiteral("Overlay.highlightNode"), &InspectorSession::highlightNode);
-    mHandlers.insert(QStringLiteral("Overlay.hideHighlight"), &InspectorSession::hideHighlight);
-    mHandlers.insert(QStringLiteral("Overlay.setInspectMode"), &InspectorSession::setInspectMode);
-    mHandlers.insert(QStringLiteral("Page.captureScreenshot"), &InspectorSession::captureScreenshot);
-    mHandlers.insert(QStringLiteral("Page.startScreencast"), &InspectorSession::startScreencast);
-    mHandlers.insert(QStringLiteral("Page.stopScreencast"), &InspectorSession::stopScreencast);
-    mHandlers.insert(QStringLiteral("Page.screencastFrameAck"), &InspectorSession::screencastFrameAck);
-    mHandlers.insert(QStringLiteral("DOM.getNodeForLocation"), &InspectorSession::getNodeForLocation);
+                     &DevToolsSession::pushNodesByBackendIds);
+    mHandlers.insert(QStringLiteral("CSS.getComputedStyleForNode"), &DevToolsSession::getComputedStyle);
+    mHandlers.insert(QStringLiteral("CSS.getMatchedStylesForNode"), &DevToolsSession::getMatchedStyles);
+    mHandlers.insert(QStringLiteral("Overlay.highlightNode"), &DevToolsSession::highlightNode);
+    mHandlers.insert(QStringLiteral("Overlay.hideHighlight"), &DevToolsSession::hideHighlight);
+    mHandlers.insert(QStringLiteral("Overlay.setInspectMode"), &DevToolsSession::setInspectMode);
+    mHandlers.insert(QStringLiteral("Page.captureScreenshot"), &DevToolsSession::captureScreenshot);
+    mHandlers.insert(QStringLiteral("Page.startScreencast"), &DevToolsSession::startScreencast);
+    mHandlers.insert(QStringLiteral("Page.stopScreencast"), &DevToolsSession::stopScreencast);
+    mHandlers.insert(QStringLiteral("Page.screencastFrameAck"), &DevToolsSession::screencastFrameAck);
+    mHandlers.insert(QStringLiteral("DOM.getNodeForLocation"), &DevToolsSession::getNodeForLocation);
 }
 
-void InspectorSession::frameFinished()
+void DevToolsSession::frameFinished()
 {
     mTree.sync();
     mScreencast.frameFinished();
 }
 
-void InspectorSession::handleMessage(const QString& text)
+void DevToolsSession::handleMessage(const QString& text)
 {
     emit messageReceived(text);
     QJsonParseError parseError;
@@ -141,13 +141,13 @@ void InspectorSession::handleMessage(const QString& text)
         sendResult(id, reply.result);
 }
 
-void InspectorSession::onBinaryMessage(const QByteArray&)
+void DevToolsSession::onBinaryMessage(const QByteArray&)
 {
     sendError(QJsonValue::Null, kInvalidRequest,
               QStringLiteral("Invalid request: binary messages are not supported"));
 }
 
-void InspectorSession::onDisconnected()
+void DevToolsSession::onDisconnected()
 {
     if (mSocket->closeCode() == QWebSocketProtocol::CloseCodeTooMuchData)
         ORBIS_WARN(QStringLiteral("Inspector client dropped: %1").arg(mSocket->closeReason()));
@@ -155,7 +155,7 @@ void InspectorSession::onDisconnected()
     emit closed(this);
 }
 
-InspectorSession::Reply InspectorSession::error(int code, const QString& message)
+DevToolsSession::Reply DevToolsSession::error(int code, const QString& message)
 {
     Reply reply;
     reply.errorCode = code;
@@ -163,36 +163,36 @@ InspectorSession::Reply InspectorSession::error(int code, const QString& message
     return reply;
 }
 
-InspectorSession::Reply InspectorSession::deferred()
+DevToolsSession::Reply DevToolsSession::deferred()
 {
     Reply reply;
     reply.deferred = true;
     return reply;
 }
 
-void InspectorSession::send(const QJsonObject& message)
+void DevToolsSession::send(const QJsonObject& message)
 {
     mSocket->sendTextMessage(QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact)));
 }
 
-void InspectorSession::sendResult(int id, const QJsonObject& result)
+void DevToolsSession::sendResult(int id, const QJsonObject& result)
 {
     send(QJsonObject{{QStringLiteral("id"), id}, {QStringLiteral("result"), result}});
 }
 
-void InspectorSession::sendError(const QJsonValue& id, int code, const QString& message)
+void DevToolsSession::sendError(const QJsonValue& id, int code, const QString& message)
 {
     send(QJsonObject{{QStringLiteral("id"), id},
                      {QStringLiteral("error"),
                       QJsonObject{{QStringLiteral("code"), code}, {QStringLiteral("message"), message}}}});
 }
 
-void InspectorSession::sendEvent(const QString& method, const QJsonObject& params)
+void DevToolsSession::sendEvent(const QString& method, const QJsonObject& params)
 {
     send(QJsonObject{{QStringLiteral("method"), method}, {QStringLiteral("params"), params}});
 }
 
-DisplayView* InspectorSession::targetView(const QJsonObject& params, Reply* failure)
+DisplayView* DevToolsSession::targetView(const QJsonObject& params, Reply* failure)
 {
     QJsonValue id = params.value(QStringLiteral("nodeId"));
     if (id.isUndefined())
@@ -207,12 +207,12 @@ DisplayView* InspectorSession::targetView(const QJsonObject& params, Reply* fail
     return failure->errorCode ? nullptr : view;
 }
 
-InspectorSession::Reply InspectorSession::acknowledge(const QJsonObject&, int)
+DevToolsSession::Reply DevToolsSession::acknowledge(const QJsonObject&, int)
 {
     return Reply();
 }
 
-InspectorSession::Reply InspectorSession::getDocument(const QJsonObject& params, int)
+DevToolsSession::Reply DevToolsSession::getDocument(const QJsonObject& params, int)
 {
     const int depth = params.value(QStringLiteral("depth")).toInt(1);
     if (depth == 0 || depth < -1)
@@ -223,7 +223,7 @@ InspectorSession::Reply InspectorSession::getDocument(const QJsonObject& params,
     return reply;
 }
 
-InspectorSession::Reply InspectorSession::requestChildNodes(const QJsonObject& params, int)
+DevToolsSession::Reply DevToolsSession::requestChildNodes(const QJsonObject& params, int)
 {
     const int depth = params.value(QStringLiteral("depth")).toInt(1);
     if (depth == 0 || depth < -1)
@@ -237,15 +237,15 @@ InspectorSession::Reply InspectorSession::requestChildNodes(const QJsonObject& p
     return Reply();
 }
 
-InspectorSession::Reply InspectorSession::getBoxModel(const QJsonObject& params, int)
+DevToolsSession::Reply DevToolsSession::getBoxModel(const QJsonObject& params, int)
 {
     Reply reply;
     if (DisplayView* view = targetView(params, &reply))
-        reply.result = InspectorStyleReport::boxModel(view);
+        reply.result = DevToolsStyleReport::boxModel(view);
     return reply;
 }
 
-InspectorSession::Reply InspectorSession::pushNodesByBackendIds(const QJsonObject& params, int)
+DevToolsSession::Reply DevToolsSession::pushNodesByBackendIds(const QJsonObject& params, int)
 {
     const QJsonValue ids = params.value(QStringLiteral("backendNodeIds"));
     if (!ids.isArray())
@@ -258,24 +258,24 @@ InspectorSession::Reply InspectorSession::pushNodesByBackendIds(const QJsonObjec
     return reply;
 }
 
-InspectorSession::Reply InspectorSession::getComputedStyle(const QJsonObject& params, int)
+DevToolsSession::Reply DevToolsSession::getComputedStyle(const QJsonObject& params, int)
 {
     Reply reply;
     if (DisplayView* view = targetView(params, &reply))
         reply.result.insert(QStringLiteral("computedStyle"),
-                            InspectorStyleReport::toCssProperties(InspectorStyleReport::computedStyle(view)));
+                            DevToolsStyleReport::toCssProperties(DevToolsStyleReport::computedStyle(view)));
     return reply;
 }
 
-InspectorSession::Reply InspectorSession::getMatchedStyles(const QJsonObject& params, int)
+DevToolsSession::Reply DevToolsSession::getMatchedStyles(const QJsonObject& params, int)
 {
     Reply reply;
     if (DisplayView* view = targetView(params, &reply))
-        reply.result = InspectorStyleReport::matchedStyles(view);
+        reply.result = DevToolsStyleReport::matchedStyles(view);
     return reply;
 }
 
-InspectorSession::Reply InspectorSession::highlightNode(const QJsonObject& params, int)
+DevToolsSession::Reply DevToolsSession::highlightNode(const QJsonObject& params, int)
 {
     Reply reply;
     DisplayView* view = targetView(params, &reply);
@@ -284,14 +284,14 @@ InspectorSession::Reply InspectorSession::highlightNode(const QJsonObject& param
     return reply;
 }
 
-InspectorSession::Reply InspectorSession::hideHighlight(const QJsonObject&, int)
+DevToolsSession::Reply DevToolsSession::hideHighlight(const QJsonObject&, int)
 {
     if (mOverlay)
         mOverlay->hideHighlight();
     return Reply();
 }
 
-InspectorSession::Reply InspectorSession::setInspectMode(const QJsonObject& params, int)
+DevToolsSession::Reply DevToolsSession::setInspectMode(const QJsonObject& params, int)
 {
     const QString mode = params.value(QStringLiteral("mode")).toString();
     if (mode != QLatin1String("none") && mode != QLatin1String("searchForNode"))
@@ -299,25 +299,25 @@ InspectorSession::Reply InspectorSession::setInspectMode(const QJsonObject& para
     const QJsonObject config = params.value(QStringLiteral("highlightConfig")).toObject();
     if (mOverlay)
         mOverlay->setInspectMode(mode == QLatin1String("searchForNode"),
-                                 config.isEmpty() ? InspectorOverlay::defaultColors() : colorsOf(config));
+                                 config.isEmpty() ? DevToolsOverlay::defaultColors() : colorsOf(config));
     return Reply();
 }
 
-void InspectorSession::onViewPicked(DisplayView* view)
+void DevToolsSession::onViewPicked(DisplayView* view)
 {
     mTree.sync();
     sendEvent(QStringLiteral("Overlay.inspectNodeRequested"),
               QJsonObject{{QStringLiteral("backendNodeId"), mTree.nodeId(view)}});
 }
 
-InspectorSession::Reply InspectorSession::captureScreenshot(const QJsonObject& params, int id)
+DevToolsSession::Reply DevToolsSession::captureScreenshot(const QJsonObject& params, int id)
 {
     const QString format = params.value(QStringLiteral("format")).toString(QStringLiteral("png"));
     if (format != QLatin1String("png"))
         return error(kInvalidParams, QStringLiteral("Unsupported screenshot format: '%1'").arg(format));
     if (!mDevice->hasWindow() || !mDevice->widget()->isVisible())
         return error(kServerError, QStringLiteral("The display has no window to capture"));
-    QPointer<InspectorSession> self(this);
+    QPointer<DevToolsSession> self(this);
     mDevice->grabFrame([self, id](const QImage& frame) {
         // Encoded after the frame, not in it.
         if (!self)
@@ -337,25 +337,25 @@ InspectorSession::Reply InspectorSession::captureScreenshot(const QJsonObject& p
     return deferred();
 }
 
-InspectorSession::Reply InspectorSession::startScreencast(const QJsonObject& params, int)
+DevToolsSession::Reply DevToolsSession::startScreencast(const QJsonObject& params, int)
 {
     const QString failure = mScreencast.start(params);
     return failure.isEmpty() ? Reply() : error(kServerError, failure);
 }
 
-InspectorSession::Reply InspectorSession::stopScreencast(const QJsonObject&, int)
+DevToolsSession::Reply DevToolsSession::stopScreencast(const QJsonObject&, int)
 {
     mScreencast.stop();
     return Reply();
 }
 
-InspectorSession::Reply InspectorSession::screencastFrameAck(const QJsonObject& params, int)
+DevToolsSession::Reply DevToolsSession::screencastFrameAck(const QJsonObject& params, int)
 {
     mScreencast.acknowledge(params.value(QStringLiteral("sessionId")).toInt());
     return Reply();
 }
 
-InspectorSession::Reply InspectorSession::getNodeForLocation(const QJsonObject& params, int)
+DevToolsSession::Reply DevToolsSession::getNodeForLocation(const QJsonObject& params, int)
 {
     const QJsonValue x = params.value(QStringLiteral("x"));
     const QJsonValue y = params.value(QStringLiteral("y"));

@@ -11,7 +11,7 @@
 // highlighted view's margin, padding and content boxes with a label of its class,
 // name and size, and, in inspect mode, the touch that picks a view for the tools.
 // It follows the highlighted view as it moves and hides when there is nothing to show.
-class ORBIS_UI_INTERNAL_EXPORT InspectorOverlay : public DisplayView
+class ORBIS_UI_INTERNAL_EXPORT DevToolsOverlay : public DisplayView
 {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ public:
         QColor margin;
     };
 
-    explicit InspectorOverlay(DisplayDevice* device);
+    explicit DevToolsOverlay(DisplayDevice* device);
 
     void highlight(DisplayView* view, const Colors& colors);
     void hideHighlight();

@@ -14,7 +14,7 @@ class DisplayView;
 // What the developer tools show about one view beside the tree: its computed
 // style (frame, opacity, flex properties and the style's attributes), the named
 // styles it was built from, and its box model in screen coordinates.
-class ORBIS_UI_INTERNAL_EXPORT InspectorStyleReport
+class ORBIS_UI_INTERNAL_EXPORT DevToolsStyleReport
 {
 public:
     using Property = QPair<QString, QString>;

@@ -8,7 +8,7 @@
 #include <memory>
 
 class DisplayDevice;
-class InspectorSession;
+class DevToolsSession;
 class QTcpSocket;
 class QWebSocketServer;
 
@@ -17,7 +17,7 @@ class QWebSocketServer;
 // over plain HTTP, and the protocol itself over a WebSocket at
 // /devtools/page/<target id>. One client at a time; while none is attached the
 // server does no work at all. Runs on the GUI thread.
-class ORBIS_UI_INTERNAL_EXPORT InspectorServer : public QObject
+class ORBIS_UI_INTERNAL_EXPORT DevToolsServer : public QObject
 {
     Q_OBJECT
 
@@ -26,8 +26,8 @@ public:
     static constexpr qint64 kMaxMessageBytes = 1024 * 1024;
     static constexpr int kMaxRequestHeaderBytes = 16 * 1024;
 
-    explicit InspectorServer(DisplayDevice* device, QObject* parent = nullptr);
-    ~InspectorServer() override;
+    explicit DevToolsServer(DisplayDevice* device, QObject* parent = nullptr);
+    ~DevToolsServer() override;
 
     // The port of "ui/inspector_port" (0: the inspector is off).
     static int configuredPort();
@@ -38,20 +38,20 @@ public:
     quint16 serverPort() const { return mTcp.serverPort(); }
     QString targetId() const;
     QString webSocketPath() const;
-    InspectorSession* session() const;
+    DevToolsSession* session() const;
     bool hasClient() const { return !mSession.isNull(); }
 
     // The device finished a frame: the client hears what changed.
     void frameFinished();
 
 signals:
-    void clientAttached(InspectorSession* session);
+    void clientAttached(DevToolsSession* session);
 
 private slots:
     void onNewConnection();
     void onRequestData();
     void onWebSocketConnection();
-    void onSessionClosed(InspectorSession* session);
+    void onSessionClosed(DevToolsSession* session);
 
 private:
     void respond(QTcpSocket* socket, int status, const QByteArray& contentType, const QByteArray& body);
@@ -61,5 +61,5 @@ private:
     DisplayDevice* mDevice;
     QTcpServer mTcp;
     std::unique_ptr<QWebSocketServer> mWebSockets;
-    QPointer<InspectorSession> mSession;
+    QPointer<DevToolsSession> mSession;
 };

@@ -2,9 +2,9 @@
 
 #include "OrbisUIFrameworkExport.h"
 
-#include "InspectorDomTree.h"
-#include "InspectorOverlay.h"
-#include "InspectorScreencast.h"
+#include "DevToolsDomTree.h"
+#include "DevToolsOverlay.h"
+#include "DevToolsScreencast.h"
 
 #include <QHash>
 #include <QJsonObject>
@@ -18,7 +18,7 @@ class QWebSocket;
 // One attached developer-tools client: reads its JSON-RPC requests, answers them
 // from the live tree of one display, and tells it how the tree changed since. All of
 // it runs on the GUI thread, from the socket's signals and after each frame.
-class ORBIS_UI_INTERNAL_EXPORT InspectorSession : public QObject
+class ORBIS_UI_INTERNAL_EXPORT DevToolsSession : public QObject
 {
     Q_OBJECT
 
@@ -31,15 +31,15 @@ public:
     static constexpr int kServerError = -32000;
 
     // Takes ownership of the socket.
-    InspectorSession(QWebSocket* socket, DisplayDevice* device, QObject* parent = nullptr);
-    ~InspectorSession() override;
+    DevToolsSession(QWebSocket* socket, DisplayDevice* device, QObject* parent = nullptr);
+    ~DevToolsSession() override;
 
     void frameFinished();
     void handleMessage(const QString& text);
-    InspectorOverlay* overlay() const { return mOverlay; }
+    DevToolsOverlay* overlay() const { return mOverlay; }
 
 signals:
-    void closed(InspectorSession* session);
+    void closed(DevToolsSession* session);
     // Every text message as it arrives, for recording what a client sends.
     void messageReceived(const QString& text);
 
@@ -57,7 +57,7 @@ private:
         QString errorMessage;
         bool deferred = false;
     };
-    using Handler = Reply (InspectorSession::*)(const QJsonObject& params, int id);
+    using Handler = Reply (DevToolsSession::*)(const QJsonObject& params, int id);
 
     static Reply error(int code, const QString& message);
     static Reply deferred();
@@ -87,8 +87,8 @@ private:
 
     QWebSocket* mSocket;
     DisplayDevice* mDevice;
-    InspectorDomTree mTree;
-    QPointer<InspectorOverlay> mOverlay;
-    InspectorScreencast mScreencast;
+    DevToolsDomTree mTree;
+    QPointer<DevToolsOverlay> mOverlay;
+    DevToolsScreencast mScreencast;
     QHash<QString, Handler> mHandlers;
 };

@@ -1,8 +1,8 @@
-#include "InspectorServer.h"
+#include "DevToolsServer.h"
 #include "OrbisUIFrameworkVersion.h"
 
+#include "DevToolsSession.h"
 #include "DisplayDevice.h"
-#include "InspectorSession.h"
 
 #include <ConfigValue.h>
 #include <Logger.h>
@@ -13,7 +13,7 @@
 #include <QWebSocket>
 #include <QWebSocketServer>
 
-static const char* const kLogSource = "../../../gui/inspector/InspectorServer";
+static const char* const kLogSource = "../../../gui/devtools/DevToolsServer";
 
 static ConfigIntValue gInspectorPort("ui/inspector_port", 0);
 
@@ -37,27 +37,27 @@ QByteArray statusText(int status)
 
 } // namespace
 
-InspectorServer::InspectorServer(DisplayDevice* device, QObject* parent)
+DevToolsServer::DevToolsServer(DisplayDevice* device, QObject* parent)
     : QObject(parent), mDevice(device),
       mWebSockets(std::make_unique<QWebSocketServer>(QStringLiteral("OrbisUIFramework"),
                                                      QWebSocketServer::NonSecureMode))
 {
-    connect(&mTcp, &QTcpServer::newConnection, this, &InspectorServer::onNewConnection);
+    connect(&mTcp, &QTcpServer::newConnection, this, &DevToolsServer::onNewConnection);
     connect(mWebSockets.get(), &QWebSocketServer::newConnection, this,
-            &InspectorServer::onWebSocketConnection);
+            &DevToolsServer::onWebSocketConnection);
 }
 
-InspectorServer::~InspectorServer()
+DevToolsServer::~DevToolsServer()
 {
     delete mSession.data();
 }
 
-int InspectorServer::configuredPort()
+int DevToolsServer::configuredPort()
 {
     return gInspectorPort.value();
 }
 
-bool InspectorServer::listen(quint16 port)
+bool DevToolsServer::listen(quint16 port)
 {
     if (!mTcp.listen(QHostAddress::LocalHost, port)) {
         ORBIS_FAIL(QStringLiteral("The inspector cannot listen on 127.0.0.1:%1: %2")
@@ -69,36 +69,36 @@ bool InspectorServer::listen(quint16 port)
     return true;
 }
 
-InspectorSession* InspectorServer::session() const
+DevToolsSession* DevToolsServer::session() const
 {
     return mSession;
 }
 
-QString InspectorServer::targetId() const
+QString DevToolsServer::targetId() const
 {
     return QStringLiteral("display%1").arg(mDevice->screen());
 }
 
-QString InspectorServer::webSocketPath() const
+QString DevToolsServer::webSocketPath() const
 {
     return QStringLiteral("/devtools/page/") + targetId();
 }
 
-void InspectorServer::frameFinished()
+void DevToolsServer::frameFinished()
 {
     if (mSession)
         mSession->frameFinished();
 }
 
-void InspectorServer::onNewConnection()
+void DevToolsServer::onNewConnection()
 {
     while (QTcpSocket* socket = mTcp.nextPendingConnection()) {
-        connect(socket, &QTcpSocket::readyRead, this, &InspectorServer::onRequestData);
+        connect(socket, &QTcpSocket::readyRead, this, &DevToolsServer::onRequestData);
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
     }
 }
 
-void InspectorServer::onRequestData()
+void DevToolsServer::onRequestData()
 {
     auto* socket = qobject_cast<QTcpSocket*>(sender());
     if (!socket)
@@ -144,11 +144,11 @@ void InspectorServer::onRequestData()
     }
 }
 
-void InspectorServer::respond(QTcpSocket* socket, int status, const QByteArray& contentType,
-                              const QByteArray& body)
+void DevToolsServer::respond(QTcpSocket* socket, int status, const QByteArray& contentType,
+                             const QByteArray& body)
 {
     socket->readAll();
-    disconnect(socket, &QTcpSocket::readyRead, this, &InspectorServer::onRequestData);
+    disconnect(socket, &QTcpSocket::readyRead, this, &DevToolsServer::onRequestData);
     QByteArray response = "HTTP/1.1 " + QByteArray::number(status) + ' ' + statusText(status) + "\r\n";
     response += "Content-Type: " + contentType + "\r\n";
     response += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
@@ -157,7 +157,7 @@ void InspectorServer::respond(QTcpSocket* socket, int status, const QByteArray& 
     socket->disconnectFromHost();
 }
 
-QByteArray InspectorServer::targetList() const
+QByteArray DevToolsServer::targetList() const
 {
     const QString address = QStringLiteral("127.0.0.1:%1").arg(mTcp.serverPort());
     QJsonObject target{{QStringLiteral("id"), targetId()},
@@ -177,7 +177,7 @@ QByteArray InspectorServer::targetList() const
     return QJsonDocument(QJsonArray{target}).toJson();
 }
 
-QByteArray InspectorServer::versionInfo() const
+QByteArray DevToolsServer::versionInfo() const
 {
     const QJsonObject version{
         {QStringLiteral("Browser"), QStringLiteral("OrbisUIFramework/" ORBIS_FRAMEWORK_VERSION)},
@@ -187,7 +187,7 @@ QByteArray InspectorServer::versionInfo() const
     return QJsonDocument(version).toJson();
 }
 
-void InspectorServer::onWebSocketConnection()
+void DevToolsServer::onWebSocketConnection()
 {
     while (QWebSocket* socket = mWebSockets->nextPendingConnection()) {
         if (mSession) {
@@ -200,13 +200,13 @@ void InspectorServer::onWebSocketConnection()
         }
         socket->setMaxAllowedIncomingFrameSize(kMaxMessageBytes);
         socket->setMaxAllowedIncomingMessageSize(kMaxMessageBytes);
-        mSession = new InspectorSession(socket, mDevice, this);
-        connect(mSession, &InspectorSession::closed, this, &InspectorServer::onSessionClosed);
+        mSession = new DevToolsSession(socket, mDevice, this);
+        connect(mSession, &DevToolsSession::closed, this, &DevToolsServer::onSessionClosed);
         emit clientAttached(mSession);
     }
 }
 
-void InspectorServer::onSessionClosed(InspectorSession* session)
+void DevToolsServer::onSessionClosed(DevToolsSession* session)
 {
     if (session == mSession)
         mSession = nullptr;

@@ -1,13 +1,13 @@
-#include "inspector/InspectorServer.h"
+#include "devtools/DevToolsServer.h"
 #include "DisplayDevice.h"
 #include "LogCapture.h"
 #include "ScopedConfigOverride.h"
 #include "StyleManager.h"
-#include "inspector/InspectorSession.h"
+#include "devtools/DevToolsSession.h"
 #include "support/ColorView.h"
 #include "support/QtPrinters.h"
 #include "support/ScopedStyleAssets.h"
-#include "support/inspector/InspectorClient.h"
+#include "support/devtools/DevToolsClient.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -81,12 +81,12 @@ QString errorMessage(const QJsonObject& reply)
 }
 
 // A display started with "ui/inspector_port", a known tree on it, and a client.
-class InspectorServerTest : public ::testing::Test
+class DevToolsServerTest : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
-        mPort = InspectorClient::freePort();
+        mPort = DevToolsClient::freePort();
         ScopedConfigOverride port(QStringLiteral("ui/inspector_port"), mPort);
         mDevice = std::make_unique<DisplayDevice>(800, 480);
         mDevice->timer()->stop();
@@ -147,7 +147,7 @@ protected:
 
     quint16 mPort = 0;
     std::unique_ptr<DisplayDevice> mDevice;
-    std::unique_ptr<InspectorClient> client = std::make_unique<InspectorClient>();
+    std::unique_ptr<DevToolsClient> client = std::make_unique<DevToolsClient>();
     DisplayView* panel = nullptr;
     DisplayView* row = nullptr;
     DisplayView* flexible = nullptr;
@@ -178,11 +178,11 @@ TEST(InspectorConfig, OffUnlessAPortIsConfiguredAndFree)
     EXPECT_EQ(capture.assertions().last(), "The inspector port is out of range: 65536");
 }
 
-TEST_F(InspectorServerTest, DiscoveryListsTheDisplayAsAPageTarget)
+TEST_F(DevToolsServerTest, DiscoveryListsTheDisplayAsAPageTarget)
 {
     int status = 0;
     const QJsonArray targets =
-        QJsonDocument::fromJson(InspectorClient::httpGet(mPort, "/json", &status)).array();
+        QJsonDocument::fromJson(DevToolsClient::httpGet(mPort, "/json", &status)).array();
     EXPECT_EQ(status, 200);
     ASSERT_EQ(targets.size(), 1);
     const QJsonObject target = targets[0].toObject();
@@ -191,25 +191,25 @@ TEST_F(InspectorServerTest, DiscoveryListsTheDisplayAsAPageTarget)
     EXPECT_EQ(target.value("webSocketDebuggerUrl").toString(), url());
     EXPECT_EQ(target.value("devtoolsFrontendUrl").toString(),
               QStringLiteral("/devtools/inspector.html?ws=127.0.0.1:%1/devtools/page/display0").arg(mPort));
-    EXPECT_EQ(QJsonDocument::fromJson(InspectorClient::httpGet(mPort, "/json/list")).array(), targets);
+    EXPECT_EQ(QJsonDocument::fromJson(DevToolsClient::httpGet(mPort, "/json/list")).array(), targets);
 
     const QJsonObject version =
-        QJsonDocument::fromJson(InspectorClient::httpGet(mPort, "/json/version")).object();
+        QJsonDocument::fromJson(DevToolsClient::httpGet(mPort, "/json/version")).object();
     EXPECT_EQ(version.value("Protocol-Version").toString(), "1.3");
     EXPECT_TRUE(version.value("Browser").toString().startsWith("OrbisUIFramework/"));
 
-    InspectorClient::httpGet(mPort, "/json/nothing", &status);
+    DevToolsClient::httpGet(mPort, "/json/nothing", &status);
     EXPECT_EQ(status, 404);
 
     // An attached client takes the socket off the list.
     attach();
     const QJsonObject busy =
-        QJsonDocument::fromJson(InspectorClient::httpGet(mPort, "/json")).array()[0].toObject();
+        QJsonDocument::fromJson(DevToolsClient::httpGet(mPort, "/json")).array()[0].toObject();
     EXPECT_FALSE(busy.contains("webSocketDebuggerUrl"));
     EXPECT_EQ(busy.value("id").toString(), "display0");
 }
 
-TEST_F(InspectorServerTest, GetDocumentDescribesTheTreeWithGeometryAndStyle)
+TEST_F(DevToolsServerTest, GetDocumentDescribesTheTreeWithGeometryAndStyle)
 {
     panel->setStyle(Style("CornerRadius:4"));
     mDevice->views()->children().last()->hide();
@@ -240,7 +240,7 @@ TEST_F(InspectorServerTest, GetDocumentDescribesTheTreeWithGeometryAndStyle)
     EXPECT_EQ(attribute(findNode(root, "flexible"), "width"), "275");
 }
 
-TEST_F(InspectorServerTest, RequestChildNodesSendsTheChildrenBeforeItsReply)
+TEST_F(DevToolsServerTest, RequestChildNodesSendsTheChildrenBeforeItsReply)
 {
     attach();
     const QJsonObject root = document(1);
@@ -271,14 +271,14 @@ TEST_F(InspectorServerTest, RequestChildNodesSendsTheChildrenBeforeItsReply)
     EXPECT_EQ(ids(childrenOf(views[0].toObject())), QStringList({"first", "second", "third"}));
 
     const QJsonObject unknown = client->call("DOM.requestChildNodes", {{"nodeId", 99999}});
-    EXPECT_EQ(errorCode(unknown), InspectorSession::kServerError);
+    EXPECT_EQ(errorCode(unknown), DevToolsSession::kServerError);
     EXPECT_EQ(errorMessage(unknown), "Could not find node with given id");
     const QJsonObject flat =
         client->call("DOM.requestChildNodes", {{"nodeId", screen.value("nodeId")}, {"depth", 0}});
-    EXPECT_EQ(errorCode(flat), InspectorSession::kInvalidParams);
+    EXPECT_EQ(errorCode(flat), DevToolsSession::kInvalidParams);
 }
 
-TEST_F(InspectorServerTest, BoxModelIsInScreenCoordinatesWithFlexPaddingAndMargin)
+TEST_F(DevToolsServerTest, BoxModelIsInScreenCoordinatesWithFlexPaddingAndMargin)
 {
     attach();
     const QJsonObject root = document();
@@ -300,11 +300,11 @@ TEST_F(InspectorServerTest, BoxModelIsInScreenCoordinatesWithFlexPaddingAndMargi
     EXPECT_EQ(quad(second, "content"), QList<double>({10, 20, 310, 20, 310, 220, 10, 220}));
 
     EXPECT_EQ(errorMessage(client->call("DOM.getBoxModel")), "Either nodeId or backendNodeId is required.");
-    EXPECT_EQ(errorMessage(nodeCall("DOM.getBoxModel", InspectorDomTree::kDocumentId)),
+    EXPECT_EQ(errorMessage(nodeCall("DOM.getBoxModel", DevToolsDomTree::kDocumentId)),
               "Could not find node with given id");
 }
 
-TEST_F(InspectorServerTest, ComputedStyleOfAFlexViewNamesItsFlexProperties)
+TEST_F(DevToolsServerTest, ComputedStyleOfAFlexViewNamesItsFlexProperties)
 {
     attach();
     const QJsonObject root = document();
@@ -341,7 +341,7 @@ TEST_F(InspectorServerTest, ComputedStyleOfAFlexViewNamesItsFlexProperties)
     EXPECT_EQ(computed(plain, "CornerRadius"), "4");
 }
 
-TEST_F(InspectorServerTest, MatchedStylesListTheNamedStylesInTheOrderTheyApply)
+TEST_F(DevToolsServerTest, MatchedStylesListTheNamedStylesInTheOrderTheyApply)
 {
     ScopedStyleAssets assets;
     assets.write("styles.conf", "Card=\"CornerRadius:8; FontSize:20\"\n"
@@ -393,7 +393,7 @@ TEST_F(InspectorServerTest, MatchedStylesListTheNamedStylesInTheOrderTheyApply)
     EXPECT_FALSE(values.contains("css-flex"));
 }
 
-TEST_F(InspectorServerTest, TreeChangesArriveAsEventsAfterTheFrame)
+TEST_F(DevToolsServerTest, TreeChangesArriveAsEventsAfterTheFrame)
 {
     attach();
     const QJsonObject root = document();
@@ -451,7 +451,7 @@ TEST_F(InspectorServerTest, TreeChangesArriveAsEventsAfterTheFrame)
     EXPECT_TRUE(client->events("DOM.childNodeInserted").isEmpty());
 }
 
-TEST_F(InspectorServerTest, AViewThatChangesParentsLeavesBeforeItArrives)
+TEST_F(DevToolsServerTest, AViewThatChangesParentsLeavesBeforeItArrives)
 {
     attach();
     const QJsonObject root = document();
@@ -475,7 +475,7 @@ TEST_F(InspectorServerTest, AViewThatChangesParentsLeavesBeforeItArrives)
     EXPECT_TRUE(settle().isEmpty());
 }
 
-TEST_F(InspectorServerTest, PushingABackendNodeSendsTheMissingLevelsAbove)
+TEST_F(DevToolsServerTest, PushingABackendNodeSendsTheMissingLevelsAbove)
 {
     attach();
     const QJsonObject full = document();
@@ -503,42 +503,42 @@ TEST_F(InspectorServerTest, PushingABackendNodeSendsTheMissingLevelsAbove)
     EXPECT_EQ(atNothing.value("nodeId").toInt(), screenId);
 }
 
-TEST_F(InspectorServerTest, MalformedRequestsGetErrorsAndTheSessionGoesOn)
+TEST_F(DevToolsServerTest, MalformedRequestsGetErrorsAndTheSessionGoesOn)
 {
     attach();
     client->sendRaw("{\"id\": 1, \"method\": ");
     const QJsonObject parse = client->next();
-    EXPECT_EQ(errorCode(parse), InspectorSession::kParseError);
+    EXPECT_EQ(errorCode(parse), DevToolsSession::kParseError);
     EXPECT_TRUE(parse.value("id").isNull());
     EXPECT_TRUE(errorMessage(parse).startsWith("Parse error: "));
 
     client->sendRaw("[1, 2]");
-    EXPECT_EQ(errorCode(client->next()), InspectorSession::kInvalidRequest);
+    EXPECT_EQ(errorCode(client->next()), DevToolsSession::kInvalidRequest);
     client->sendRaw("{\"id\": 7}");
     const QJsonObject noMethod = client->next();
-    EXPECT_EQ(errorCode(noMethod), InspectorSession::kInvalidRequest);
+    EXPECT_EQ(errorCode(noMethod), DevToolsSession::kInvalidRequest);
     EXPECT_EQ(noMethod.value("id").toInt(), 7);
     client->sendRaw("{\"id\": -3, \"method\": \"DOM.enable\"}");
-    EXPECT_EQ(errorCode(client->next()), InspectorSession::kInvalidRequest);
+    EXPECT_EQ(errorCode(client->next()), DevToolsSession::kInvalidRequest);
     client->sendRaw("{\"id\": 8, \"method\": \"DOM.enable\", \"params\": [1]}");
-    EXPECT_EQ(errorCode(client->next()), InspectorSession::kInvalidParams);
+    EXPECT_EQ(errorCode(client->next()), DevToolsSession::kInvalidParams);
     client->socket().sendBinaryMessage("{}");
     EXPECT_EQ(errorMessage(client->next()), "Invalid request: binary messages are not supported");
 
     const QJsonObject unknown = client->call("Network.enable");
-    EXPECT_EQ(errorCode(unknown), InspectorSession::kMethodNotFound);
+    EXPECT_EQ(errorCode(unknown), DevToolsSession::kMethodNotFound);
     EXPECT_EQ(errorMessage(unknown), "'Network.enable' wasn't found");
 
     EXPECT_EQ(client->call("DOM.enable").value("result").toObject(), QJsonObject());
     EXPECT_TRUE(client->isConnected());
 }
 
-TEST_F(InspectorServerTest, MessagesUpToOneMegabyteAreRead)
+TEST_F(DevToolsServerTest, MessagesUpToOneMegabyteAreRead)
 {
     attach();
     const QString head = QStringLiteral("{\"id\":5,\"method\":\"DOM.enable\",\"params\":{\"pad\":\"");
     const QString tail = QStringLiteral("\"}}");
-    const int room = int(InspectorServer::kMaxMessageBytes) - head.size() - tail.size();
+    const int room = int(DevToolsServer::kMaxMessageBytes) - head.size() - tail.size();
     client->sendRaw(head + QString(room, QLatin1Char('x')) + tail);
     EXPECT_EQ(client->reply(5).value("result").toObject(), QJsonObject());
 
@@ -547,12 +547,12 @@ TEST_F(InspectorServerTest, MessagesUpToOneMegabyteAreRead)
     EXPECT_EQ(client->socket().closeCode(), QWebSocketProtocol::CloseCodeTooMuchData);
 
     // The server is free for the next client.
-    client = std::make_unique<InspectorClient>();
+    client = std::make_unique<DevToolsClient>();
     attach();
     EXPECT_EQ(client->call("DOM.enable").value("result").toObject(), QJsonObject());
 }
 
-TEST_F(InspectorServerTest, ARequestThatArrivesWithTheHandshakeIsAnswered)
+TEST_F(DevToolsServerTest, ARequestThatArrivesWithTheHandshakeIsAnswered)
 {
     // Browsers send their first request at once: it may share a packet with the upgrade.
     QTcpSocket socket;
@@ -581,10 +581,10 @@ TEST_F(InspectorServerTest, ARequestThatArrivesWithTheHandshakeIsAnswered)
     EXPECT_TRUE(received.contains(R"({"id":1,"result":{}})"));
 }
 
-TEST_F(InspectorServerTest, ASecondClientIsTurnedAwayWhileOneIsAttached)
+TEST_F(DevToolsServerTest, ASecondClientIsTurnedAwayWhileOneIsAttached)
 {
     attach();
-    InspectorClient second;
+    DevToolsClient second;
     second.open(url());
     ASSERT_TRUE(second.waitForDisconnect());
     EXPECT_EQ(second.socket().closeCode(), QWebSocketProtocol::CloseCodePolicyViolated);
@@ -592,7 +592,7 @@ TEST_F(InspectorServerTest, ASecondClientIsTurnedAwayWhileOneIsAttached)
     EXPECT_EQ(client->call("DOM.enable").value("result").toObject(), QJsonObject());
 }
 
-TEST_F(InspectorServerTest, TheTreeIsUntouchedWhileNoClientIsAttached)
+TEST_F(DevToolsServerTest, TheTreeIsUntouchedWhileNoClientIsAttached)
 {
     EXPECT_TRUE(mDevice->overlays()->children().isEmpty());
     attach();

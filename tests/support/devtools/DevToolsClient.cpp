@@ -1,4 +1,4 @@
-#include "InspectorClient.h"
+#include "DevToolsClient.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -11,7 +11,7 @@ namespace {
 constexpr int kTimeoutMs = 10000;
 }
 
-InspectorClient::InspectorClient(std::function<void()> idle) : mIdle(std::move(idle))
+DevToolsClient::DevToolsClient(std::function<void()> idle) : mIdle(std::move(idle))
 {
     mSocket.setMaxAllowedIncomingMessageSize(64 * 1024 * 1024);
     QObject::connect(&mSocket, &QWebSocket::textMessageReceived, [this](const QString& text) {
@@ -19,7 +19,7 @@ InspectorClient::InspectorClient(std::function<void()> idle) : mIdle(std::move(i
     });
 }
 
-bool InspectorClient::pump(const std::function<bool()>& done)
+bool DevToolsClient::pump(const std::function<bool()>& done)
 {
     QElapsedTimer timer;
     timer.start();
@@ -34,7 +34,7 @@ bool InspectorClient::pump(const std::function<bool()>& done)
     return true;
 }
 
-bool InspectorClient::open(const QString& url)
+bool DevToolsClient::open(const QString& url)
 {
     mSocket.open(QUrl(url));
     return pump([this] {
@@ -44,18 +44,18 @@ bool InspectorClient::open(const QString& url)
            isConnected();
 }
 
-void InspectorClient::close()
+void DevToolsClient::close()
 {
     mSocket.close();
     waitForDisconnect();
 }
 
-bool InspectorClient::waitForDisconnect()
+bool DevToolsClient::waitForDisconnect()
 {
     return pump([this] { return mSocket.state() == QAbstractSocket::UnconnectedState; });
 }
 
-int InspectorClient::send(const QString& method, const QJsonObject& params)
+int DevToolsClient::send(const QString& method, const QJsonObject& params)
 {
     const int id = mNextId++;
     QJsonObject message{{QStringLiteral("id"), id}, {QStringLiteral("method"), method}};
@@ -65,13 +65,13 @@ int InspectorClient::send(const QString& method, const QJsonObject& params)
     return id;
 }
 
-void InspectorClient::sendRaw(const QString& text)
+void DevToolsClient::sendRaw(const QString& text)
 {
     mSocket.sendTextMessage(text);
     mSocket.flush();
 }
 
-QJsonObject InspectorClient::reply(int id)
+QJsonObject DevToolsClient::reply(int id)
 {
     return waitFor([id](const QJsonObject& m) {
         return m.contains(QStringLiteral("id")) && m.value(QStringLiteral("id")).toInt(-1) == id &&
@@ -79,19 +79,19 @@ QJsonObject InspectorClient::reply(int id)
     });
 }
 
-QJsonObject InspectorClient::call(const QString& method, const QJsonObject& params)
+QJsonObject DevToolsClient::call(const QString& method, const QJsonObject& params)
 {
     return reply(send(method, params));
 }
 
-QJsonObject InspectorClient::next()
+QJsonObject DevToolsClient::next()
 {
     if (!pump([this] { return mRead < mMessages.size(); }))
         return QJsonObject();
     return mMessages.at(mRead++);
 }
 
-QJsonObject InspectorClient::waitFor(const std::function<bool(const QJsonObject&)>& match)
+QJsonObject DevToolsClient::waitFor(const std::function<bool(const QJsonObject&)>& match)
 {
     int found = -1;
     int scanned = 0;
@@ -107,13 +107,13 @@ QJsonObject InspectorClient::waitFor(const std::function<bool(const QJsonObject&
     return found >= 0 ? mMessages.at(found) : QJsonObject();
 }
 
-QJsonObject InspectorClient::waitForEvent(const QString& method)
+QJsonObject DevToolsClient::waitForEvent(const QString& method)
 {
     return waitFor(
         [&](const QJsonObject& m) { return m.value(QStringLiteral("method")).toString() == method; });
 }
 
-QList<QJsonObject> InspectorClient::events(const QString& method) const
+QList<QJsonObject> DevToolsClient::events(const QString& method) const
 {
     QList<QJsonObject> found;
     for (const QJsonObject& m : mMessages) {
@@ -123,14 +123,14 @@ QList<QJsonObject> InspectorClient::events(const QString& method) const
     return found;
 }
 
-void InspectorClient::clearMessages()
+void DevToolsClient::clearMessages()
 {
     mMessages.clear();
     mRead = 0;
 }
 
-QByteArray InspectorClient::httpRequest(quint16 port, const QByteArray& method, const QString& path,
-                                        int* status)
+QByteArray DevToolsClient::httpRequest(quint16 port, const QByteArray& method, const QString& path,
+                                       int* status)
 {
     QTcpSocket socket;
     socket.connectToHost(QStringLiteral("127.0.0.1"), port);
@@ -154,7 +154,7 @@ QByteArray InspectorClient::httpRequest(quint16 port, const QByteArray& method, 
     return split < 0 ? QByteArray() : response.mid(split + 4);
 }
 
-quint16 InspectorClient::freePort()
+quint16 DevToolsClient::freePort()
 {
     QTcpServer probe;
     probe.listen(QHostAddress::LocalHost, 0);

@@ -11,10 +11,10 @@
 // keeps every message it receives in arrival order, and waits for answers within a
 // bounded time while the event loop runs. `idle` is called while waiting (a test
 // runs the display's frames there).
-class InspectorClient
+class DevToolsClient
 {
 public:
-    explicit InspectorClient(std::function<void()> idle = {});
+    explicit DevToolsClient(std::function<void()> idle = {});
 
     bool open(const QString& url);
     void close();

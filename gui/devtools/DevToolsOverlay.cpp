@@ -1,8 +1,8 @@
-#include "InspectorOverlay.h"
+#include "DevToolsOverlay.h"
 
+#include "DevToolsDomTree.h"
+#include "DevToolsStyleReport.h"
 #include "DisplayDevice.h"
-#include "InspectorDomTree.h"
-#include "InspectorStyleReport.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -35,7 +35,7 @@ DisplayView* deepestAt(DisplayView* view, QPoint point, DisplayView* skip, Displ
 
 } // namespace
 
-InspectorOverlay::InspectorOverlay(DisplayDevice* device)
+DevToolsOverlay::DevToolsOverlay(DisplayDevice* device)
     : DisplayView(device->overlays(), "inspectorOverlay"), mScreen(device), mColors(defaultColors())
 {
     autoResizeToParent(QRectF(0, 0, 1, 1));
@@ -43,14 +43,14 @@ InspectorOverlay::InspectorOverlay(DisplayDevice* device)
     hide();
 }
 
-InspectorOverlay::Colors InspectorOverlay::defaultColors()
+DevToolsOverlay::Colors DevToolsOverlay::defaultColors()
 {
     // The tools' own highlight colours.
     return {QColor(111, 168, 220, 168), QColor(147, 196, 125, 140), QColor(255, 229, 153, 168),
             QColor(246, 178, 107, 168)};
 }
 
-void InspectorOverlay::highlight(DisplayView* view, const Colors& colors)
+void DevToolsOverlay::highlight(DisplayView* view, const Colors& colors)
 {
     mTarget = view;
     mColors = colors;
@@ -59,13 +59,13 @@ void InspectorOverlay::highlight(DisplayView* view, const Colors& colors)
     update();
 }
 
-void InspectorOverlay::hideHighlight()
+void DevToolsOverlay::hideHighlight()
 {
     mTarget = nullptr;
     updateVisibility();
 }
 
-void InspectorOverlay::setInspectMode(bool on, const Colors& colors)
+void DevToolsOverlay::setInspectMode(bool on, const Colors& colors)
 {
     mInspectMode = on;
     mColors = colors;
@@ -77,26 +77,26 @@ void InspectorOverlay::setInspectMode(bool on, const Colors& colors)
     updateVisibility();
 }
 
-InspectorOverlay::Boxes InspectorOverlay::boxesOf(DisplayView* view) const
+DevToolsOverlay::Boxes DevToolsOverlay::boxesOf(DisplayView* view) const
 {
-    const QJsonObject model = InspectorStyleReport::boxModel(view).value(QStringLiteral("model")).toObject();
+    const QJsonObject model = DevToolsStyleReport::boxModel(view).value(QStringLiteral("model")).toObject();
     return {rectOfQuad(model.value(QStringLiteral("content")).toArray()),
             rectOfQuad(model.value(QStringLiteral("border")).toArray()),
             rectOfQuad(model.value(QStringLiteral("margin")).toArray())};
 }
 
-void InspectorOverlay::tick()
+void DevToolsOverlay::tick()
 {
     refresh();
 }
 
-void InspectorOverlay::refresh()
+void DevToolsOverlay::refresh()
 {
     updateVisibility();
     if (!mTarget)
         return;
     const Boxes boxes = boxesOf(mTarget);
-    QString label = InspectorDomTree::nodeNameOf(mTarget);
+    QString label = DevToolsDomTree::nodeNameOf(mTarget);
     const QString name = mTarget->viewName();
     if (name != label)
         label += QLatin1Char('#') + name;
@@ -108,20 +108,20 @@ void InspectorOverlay::refresh()
     update();
 }
 
-void InspectorOverlay::updateVisibility()
+void DevToolsOverlay::updateVisibility()
 {
     const bool wanted = mTarget || mInspectMode;
     if (wanted != visibleFlag())
         show(wanted);
 }
 
-DisplayView* InspectorOverlay::viewAt(QPoint point)
+DisplayView* DevToolsOverlay::viewAt(QPoint point)
 {
     DisplayView* hit = deepestAt(mScreen, point, this, mScreen);
     return hit ? hit : mScreen;
 }
 
-void InspectorOverlay::draw(QPainter& painter)
+void DevToolsOverlay::draw(QPainter& painter)
 {
     if (!mTarget)
         return;
@@ -147,13 +147,13 @@ void InspectorOverlay::draw(QPainter& painter)
     painter.drawText(labelRect, Qt::AlignCenter, mLabel);
 }
 
-void InspectorOverlay::touched(int, QPoint point)
+void DevToolsOverlay::touched(int, QPoint point)
 {
     mTouchPoint = point;
     highlight(viewAt(point), mColors);
 }
 
-void InspectorOverlay::dragged(int, QSize delta)
+void DevToolsOverlay::dragged(int, QSize delta)
 {
     mTouchPoint += QPoint(delta.width(), delta.height());
     DisplayView* view = viewAt(mTouchPoint);
@@ -161,7 +161,7 @@ void InspectorOverlay::dragged(int, QSize delta)
         highlight(view, mColors);
 }
 
-void InspectorOverlay::released(int)
+void DevToolsOverlay::released(int)
 {
     if (mInspectMode && mTarget)
         emit viewPicked(mTarget);

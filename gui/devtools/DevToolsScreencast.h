@@ -14,14 +14,14 @@ class QImage;
 // The display's frames streamed to the developer tools, which show them beside the
 // tree. A frame goes out only when the display drew something new and the client
 // acknowledged the previous one, so an idle display or a slow client costs nothing.
-class ORBIS_UI_INTERNAL_EXPORT InspectorScreencast : public QObject
+class ORBIS_UI_INTERNAL_EXPORT DevToolsScreencast : public QObject
 {
     Q_OBJECT
 
 public:
     using Sink = std::function<void(const QJsonObject& frameParams)>;
 
-    InspectorScreencast(DisplayDevice* device, Sink sink, QObject* parent = nullptr);
+    DevToolsScreencast(DisplayDevice* device, Sink sink, QObject* parent = nullptr);
 
     // Starts with Page.startScreencast's parameters; the error text, or empty.
     QString start(const QJsonObject& params);

@@ -1,4 +1,4 @@
-#include "InspectorScreencast.h"
+#include "DevToolsScreencast.h"
 
 #include "DisplayDevice.h"
 #include "DisplayDeviceWidget.h"
@@ -8,11 +8,11 @@
 #include <QImage>
 #include <QPointer>
 
-InspectorScreencast::InspectorScreencast(DisplayDevice* device, Sink sink, QObject* parent)
+DevToolsScreencast::DevToolsScreencast(DisplayDevice* device, Sink sink, QObject* parent)
     : QObject(parent), mDevice(device), mSink(std::move(sink))
 {}
 
-QString InspectorScreencast::start(const QJsonObject& params)
+QString DevToolsScreencast::start(const QJsonObject& params)
 {
     const QString format = params.value(QStringLiteral("format")).toString(QStringLiteral("jpeg"));
     if (format != QLatin1String("jpeg") && format != QLatin1String("png"))
@@ -31,26 +31,26 @@ QString InspectorScreencast::start(const QJsonObject& params)
     return QString();
 }
 
-void InspectorScreencast::stop()
+void DevToolsScreencast::stop()
 {
     mRunning = false;
     mAwaitingAck = false;
 }
 
-void InspectorScreencast::acknowledge(int sessionId)
+void DevToolsScreencast::acknowledge(int sessionId)
 {
     if (sessionId == mSessionId)
         mAwaitingAck = false;
 }
 
-void InspectorScreencast::frameFinished()
+void DevToolsScreencast::frameFinished()
 {
     if (!mRunning || mAwaitingAck || mGrabPending || mDevice->frameStats().drawnFrames == mCapturedDrawn)
         return;
     if (mFrameCount++ % mEveryNth)
         return;
     mGrabPending = true;
-    QPointer<InspectorScreencast> self(this);
+    QPointer<DevToolsScreencast> self(this);
     mDevice->grabFrame([self](const QImage& frame) {
         if (!self)
             return;
@@ -62,7 +62,7 @@ void InspectorScreencast::frameFinished()
     });
 }
 
-void InspectorScreencast::deliver(const QImage& frame)
+void DevToolsScreencast::deliver(const QImage& frame)
 {
     mGrabPending = false;
     if (!mRunning)

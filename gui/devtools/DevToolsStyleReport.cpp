@@ -1,4 +1,4 @@
-#include "InspectorStyleReport.h"
+#include "DevToolsStyleReport.h"
 
 #include "CssLayout.h"
 #include "DisplayDevice.h"
@@ -88,7 +88,7 @@ QString directionName(css_direction_t value)
 const char* const kEdgeNames[] = {"left", "top", "right", "bottom", "start", "end"};
 
 // Start and end only when set: they override left and right, which is rare.
-void addEdges(QVector<InspectorStyleReport::Property>& out, const char* prefix, DisplayView* view,
+void addEdges(QVector<DevToolsStyleReport::Property>& out, const char* prefix, DisplayView* view,
               float (DisplayView::*edge)(css_position_t) const)
 {
     for (int i = CSS_LEFT; i < CSS_POSITION_COUNT; ++i) {
@@ -100,7 +100,7 @@ void addEdges(QVector<InspectorStyleReport::Property>& out, const char* prefix, 
     }
 }
 
-void addFlexProperties(QVector<InspectorStyleReport::Property>& out, DisplayView* view)
+void addFlexProperties(QVector<DevToolsStyleReport::Property>& out, DisplayView* view)
 {
     const QSizeF size = view->cssSize();
     const QSizeF minSize = view->cssMinSize();
@@ -177,13 +177,13 @@ double orZero(float value)
     return std::isnan(value) ? 0.0 : double(value);
 }
 
-QJsonObject cssStyle(const QVector<InspectorStyleReport::Property>& properties)
+QJsonObject cssStyle(const QVector<DevToolsStyleReport::Property>& properties)
 {
-    return QJsonObject{{QStringLiteral("cssProperties"), InspectorStyleReport::toCssProperties(properties)},
+    return QJsonObject{{QStringLiteral("cssProperties"), DevToolsStyleReport::toCssProperties(properties)},
                        {QStringLiteral("shorthandEntries"), QJsonArray()}};
 }
 
-QJsonObject namedRule(const QString& selector, const QVector<InspectorStyleReport::Property>& properties)
+QJsonObject namedRule(const QString& selector, const QVector<DevToolsStyleReport::Property>& properties)
 {
     const QJsonObject selectors{
         {QStringLiteral("selectors"), QJsonArray{QJsonObject{{QStringLiteral("text"), selector}}}},
@@ -196,7 +196,7 @@ QJsonObject namedRule(const QString& selector, const QVector<InspectorStyleRepor
 
 } // namespace
 
-QJsonArray InspectorStyleReport::toCssProperties(const QVector<Property>& properties)
+QJsonArray DevToolsStyleReport::toCssProperties(const QVector<Property>& properties)
 {
     QJsonArray array;
     for (const Property& property : properties)
@@ -205,7 +205,7 @@ QJsonArray InspectorStyleReport::toCssProperties(const QVector<Property>& proper
     return array;
 }
 
-QVector<InspectorStyleReport::Property> InspectorStyleReport::styleAttributes(const Style::StyleData* data)
+QVector<DevToolsStyleReport::Property> DevToolsStyleReport::styleAttributes(const Style::StyleData* data)
 {
     QVector<Property> out;
     if (!data)
@@ -243,7 +243,7 @@ QVector<InspectorStyleReport::Property> InspectorStyleReport::styleAttributes(co
     return out;
 }
 
-QVector<InspectorStyleReport::Property> InspectorStyleReport::computedStyle(DisplayView* view)
+QVector<DevToolsStyleReport::Property> DevToolsStyleReport::computedStyle(DisplayView* view)
 {
     QVector<Property> out;
     const bool flex = view->usesCssLayout();
@@ -267,7 +267,7 @@ QVector<InspectorStyleReport::Property> InspectorStyleReport::computedStyle(Disp
     return out;
 }
 
-QJsonObject InspectorStyleReport::matchedStyles(DisplayView* view)
+QJsonObject DevToolsStyleReport::matchedStyles(DisplayView* view)
 {
     QVector<Property> inlineProperties;
     QJsonArray rules;
@@ -306,7 +306,7 @@ QJsonObject InspectorStyleReport::matchedStyles(DisplayView* view)
                        {QStringLiteral("cssKeyframesRules"), QJsonArray()}};
 }
 
-QJsonObject InspectorStyleReport::boxModel(DisplayView* view)
+QJsonObject DevToolsStyleReport::boxModel(DisplayView* view)
 {
     DisplayDevice* device = view->device();
     const QRectF border =

@@ -1,9 +1,9 @@
 #include "DisplayDevice.h"
 #include "ScopedConfigOverride.h"
-#include "inspector/InspectorServer.h"
-#include "inspector/InspectorSession.h"
+#include "devtools/DevToolsServer.h"
+#include "devtools/DevToolsSession.h"
 #include "support/ColorView.h"
-#include "support/inspector/InspectorClient.h"
+#include "support/devtools/DevToolsClient.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -25,7 +25,7 @@ namespace {
 
 const char* const kOpeningSequence = ORBIS_SOURCE_DIR "/tests/browser/devtools-opening.jsonl";
 
-class InspectorBrowserTest : public ::testing::Test
+class DevToolsBrowserTest : public ::testing::Test
 {
 protected:
     void SetUp() override
@@ -49,7 +49,7 @@ protected:
 
     QString socketAddress() const { return QStringLiteral("127.0.0.1:%1/devtools/page/display0").arg(mPort); }
 
-    quint16 mPort = InspectorClient::freePort();
+    quint16 mPort = DevToolsClient::freePort();
     std::unique_ptr<DisplayDevice> mDevice;
 };
 
@@ -67,11 +67,11 @@ bool containsView(const QJsonObject& node, const QString& id)
 
 } // namespace
 
-TEST_F(InspectorBrowserTest, TheFrontEndsOpeningSequenceIsAnswered)
+TEST_F(DevToolsBrowserTest, TheFrontEndsOpeningSequenceIsAnswered)
 {
     QFile file(QString::fromUtf8(kOpeningSequence));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << kOpeningSequence;
-    InspectorClient client([this] { mDevice->doTick(); });
+    DevToolsClient client([this] { mDevice->doTick(); });
     ASSERT_TRUE(client.open(QStringLiteral("ws://") + socketAddress()));
 
     QStringList answered;
@@ -94,7 +94,7 @@ TEST_F(InspectorBrowserTest, TheFrontEndsOpeningSequenceIsAnswered)
             if (method == "Page.startScreencast")
                 EXPECT_EQ(error.value("message").toString(), "The display has no window to capture");
             else
-                EXPECT_EQ(error.value("code").toInt(), InspectorSession::kMethodNotFound)
+                EXPECT_EQ(error.value("code").toInt(), DevToolsSession::kMethodNotFound)
                     << qPrintable(method);
             continue;
         }
@@ -118,14 +118,14 @@ TEST_F(InspectorBrowserTest, TheFrontEndsOpeningSequenceIsAnswered)
     EXPECT_TRUE(client.isConnected());
 }
 
-TEST_F(InspectorBrowserTest, ChromiumsDeveloperToolsShowTheTree)
+TEST_F(DevToolsBrowserTest, ChromiumsDeveloperToolsShowTheTree)
 {
     const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
     if (chromium.isEmpty())
         GTEST_SKIP() << "chromium is not installed (./scripts/install-deps.sh --browser installs it)";
 
     QTemporaryDir profile;
-    const quint16 browserPort = InspectorClient::freePort();
+    const quint16 browserPort = DevToolsClient::freePort();
     QProcess browser;
     // Its log is noise here (no session bus, software GL).
     browser.setStandardOutputFile(QProcess::nullDevice());
@@ -151,8 +151,8 @@ TEST_F(InspectorBrowserTest, ChromiumsDeveloperToolsShowTheTree)
     } stop{browser, profile};
 
     QStringList received;
-    QObject::connect(mDevice->inspector(), &InspectorServer::clientAttached, [&](InspectorSession* session) {
-        QObject::connect(session, &InspectorSession::messageReceived,
+    QObject::connect(mDevice->inspector(), &DevToolsServer::clientAttached, [&](DevToolsSession* session) {
+        QObject::connect(session, &DevToolsSession::messageReceived,
                          [&](const QString& m) { received << m; });
     });
 
@@ -165,14 +165,14 @@ TEST_F(InspectorBrowserTest, ChromiumsDeveloperToolsShowTheTree)
                                  .arg(socketAddress());
     while (target.isEmpty() && timer.elapsed() < 30000) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
-        target = InspectorClient::httpRequest(browserPort, "PUT", frontEnd);
+        target = DevToolsClient::httpRequest(browserPort, "PUT", frontEnd);
     }
     ASSERT_FALSE(target.isEmpty()) << "the browser's debugging port did not answer";
     const QString pageSocket =
         QJsonDocument::fromJson(target).object().value("webSocketDebuggerUrl").toString();
     ASSERT_FALSE(pageSocket.isEmpty()) << target.constData();
 
-    InspectorClient page([&] { mDevice->doTick(); });
+    DevToolsClient page([&] { mDevice->doTick(); });
     ASSERT_TRUE(page.open(pageSocket)) << qPrintable(page.socket().errorString()) << " " << target.constData()
                                        << " browser state " << browser.state();
     // The elements panel draws the tree inside shadow roots: collect all text.
@@ -197,7 +197,7 @@ TEST_F(InspectorBrowserTest, ChromiumsDeveloperToolsShowTheTree)
     const QByteArray png = QByteArray::fromBase64(
         page.result("Page.captureScreenshot", {{"format", "png"}}).value("data").toString().toLatin1());
     EXPECT_TRUE(png.startsWith("\x89PNG"));
-    const QString shotPath = qEnvironmentVariable("ORBIS_INSPECTOR_SCREENSHOT");
+    const QString shotPath = qEnvironmentVariable("ORBIS_DEVTOOLS_SCREENSHOT");
     if (!shotPath.isEmpty()) {
         QFile shot(shotPath);
         if (shot.open(QIODevice::WriteOnly))

@@ -1,4 +1,4 @@
-#include "InspectorDomTree.h"
+#include "DevToolsDomTree.h"
 
 #include "DisplayDevice.h"
 
@@ -16,21 +16,21 @@ QString number(double value)
 
 } // namespace
 
-InspectorDomTree::InspectorDomTree(DisplayDevice* device, EventSink sink)
+DevToolsDomTree::DevToolsDomTree(DisplayDevice* device, EventSink sink)
     : mDevice(device), mSink(std::move(sink))
 {}
 
-void InspectorDomTree::setExcludedView(DisplayView* view)
+void DevToolsDomTree::setExcludedView(DisplayView* view)
 {
     mExcluded = view;
 }
 
-QString InspectorDomTree::nodeNameOf(DisplayView* view)
+QString DevToolsDomTree::nodeNameOf(DisplayView* view)
 {
     return QString::fromLatin1(view->metaObject()->className());
 }
 
-QStringList InspectorDomTree::attributesOf(DisplayView* view)
+QStringList DevToolsDomTree::attributesOf(DisplayView* view)
 {
     QStringList attributes;
     const QString name = view->viewName();
@@ -51,7 +51,7 @@ QStringList InspectorDomTree::attributesOf(DisplayView* view)
     return attributes;
 }
 
-int InspectorDomTree::nodeId(DisplayView* view)
+int DevToolsDomTree::nodeId(DisplayView* view)
 {
     auto it = mIds.find(view);
     // A stale entry belongs to a deleted view whose address was reused.
@@ -63,17 +63,17 @@ int InspectorDomTree::nodeId(DisplayView* view)
     return id;
 }
 
-DisplayView* InspectorDomTree::view(int nodeId) const
+DisplayView* DevToolsDomTree::view(int nodeId) const
 {
     return mViews.value(nodeId);
 }
 
-bool InspectorDomTree::isKnown(int nodeId) const
+bool DevToolsDomTree::isKnown(int nodeId) const
 {
     return mNodes.contains(nodeId);
 }
 
-QVector<DisplayView*> InspectorDomTree::childViews(int nodeId) const
+QVector<DisplayView*> DevToolsDomTree::childViews(int nodeId) const
 {
     QVector<DisplayView*> views;
     if (nodeId == kDocumentId) {
@@ -91,7 +91,7 @@ QVector<DisplayView*> InspectorDomTree::childViews(int nodeId) const
     return views;
 }
 
-QJsonObject InspectorDomTree::document(int depth)
+QJsonObject DevToolsDomTree::document(int depth)
 {
     mNodes.clear();
     mNodes.insert(kDocumentId, Node());
@@ -111,7 +111,7 @@ QJsonObject InspectorDomTree::document(int depth)
                        {QStringLiteral("xmlVersion"), QStringLiteral("1.0")}};
 }
 
-QJsonObject InspectorDomTree::describe(DisplayView* view, int parentId, int depth)
+QJsonObject DevToolsDomTree::describe(DisplayView* view, int parentId, int depth)
 {
     const int id = nodeId(view);
     Node node;
@@ -136,7 +136,7 @@ QJsonObject InspectorDomTree::describe(DisplayView* view, int parentId, int dept
     return json;
 }
 
-QJsonArray InspectorDomTree::describeChildren(int nodeId, int depth)
+QJsonArray DevToolsDomTree::describeChildren(int nodeId, int depth)
 {
     const QVector<DisplayView*> views = childViews(nodeId);
     QJsonArray nodes;
@@ -153,7 +153,7 @@ QJsonArray InspectorDomTree::describeChildren(int nodeId, int depth)
     return nodes;
 }
 
-bool InspectorDomTree::requestChildNodes(int nodeId, int depth)
+bool DevToolsDomTree::requestChildNodes(int nodeId, int depth)
 {
     auto it = mNodes.find(nodeId);
     if (it == mNodes.end())
@@ -166,7 +166,7 @@ bool InspectorDomTree::requestChildNodes(int nodeId, int depth)
     return true;
 }
 
-int InspectorDomTree::pushView(DisplayView* view)
+int DevToolsDomTree::pushView(DisplayView* view)
 {
     if (!hasDocument() || !view)
         return 0;
@@ -190,7 +190,7 @@ int InspectorDomTree::pushView(DisplayView* view)
     return parentId;
 }
 
-void InspectorDomTree::forget(int nodeId)
+void DevToolsDomTree::forget(int nodeId)
 {
     auto it = mNodes.find(nodeId);
     if (it == mNodes.end())
@@ -199,7 +199,7 @@ void InspectorDomTree::forget(int nodeId)
     mNodes.erase(it);
 }
 
-void InspectorDomTree::forgetChildren(Node& node)
+void DevToolsDomTree::forgetChildren(Node& node)
 {
     const QVector<int> children = node.children;
     node.children.clear();
@@ -208,13 +208,13 @@ void InspectorDomTree::forgetChildren(Node& node)
         forget(child);
 }
 
-void InspectorDomTree::sync()
+void DevToolsDomTree::sync()
 {
     if (hasDocument())
         syncNode(kDocumentId);
 }
 
-void InspectorDomTree::syncNode(int nodeId)
+void DevToolsDomTree::syncNode(int nodeId)
 {
     auto it = mNodes.find(nodeId);
     if (it == mNodes.end())
@@ -239,7 +239,7 @@ void InspectorDomTree::syncNode(int nodeId)
         syncNode(child);
 }
 
-void InspectorDomTree::syncAttributes(int nodeId, Node& node)
+void DevToolsDomTree::syncAttributes(int nodeId, Node& node)
 {
     const QStringList now = attributesOf(node.view);
     if (now == node.attributes)
@@ -267,7 +267,7 @@ void InspectorDomTree::syncAttributes(int nodeId, Node& node)
     }
 }
 
-void InspectorDomTree::syncChildren(int nodeId)
+void DevToolsDomTree::syncChildren(int nodeId)
 {
     const QVector<DisplayView*> views = childViews(nodeId);
     QVector<int> ids;

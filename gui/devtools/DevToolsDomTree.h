@@ -18,14 +18,14 @@ class DisplayView;
 // life of a session (a view keeps its id when it moves), and the tree remembers
 // exactly what the client was told, so that sync() can turn the changes since then
 // into the insert, remove, count and attribute events the client expects.
-class ORBIS_UI_INTERNAL_EXPORT InspectorDomTree
+class ORBIS_UI_INTERNAL_EXPORT DevToolsDomTree
 {
 public:
     using EventSink = std::function<void(const QString& method, const QJsonObject& params)>;
 
     static constexpr int kDocumentId = 1;
 
-    InspectorDomTree(DisplayDevice* device, EventSink sink);
+    DevToolsDomTree(DisplayDevice* device, EventSink sink);
 
     // A view left out of the tree (the inspector's own overlay).
     void setExcludedView(DisplayView* view);
