@@ -23,16 +23,25 @@ ConfigIntValue TextureCacheElasticity("gfx/texture_cache_elasticity_mb", 4);
 namespace {
 const char* const kLogSource = "graphics/TextureCache";
 constexpr quint64 kMegabyte = 1048576;
+// Entries can outlive the cache that made them (a cache replaced while keys still
+// hold its textures); only their own cache counts them out.
+quint64 sGenerations = 0;
 } // namespace
 
 TextureCache::TextureEntry::~TextureEntry()
 {
-    if (mTextureID && Singleton<TextureCache>::exists())
-        TextureCache::instance()->mExpired.append(mTextureID);
+    if (mTextureID && Singleton<TextureCache>::exists()) {
+        TextureCache* cache = TextureCache::instance();
+        cache->mExpired.append(mTextureID);
+        if (mCounted == cache->mGeneration) {
+            --cache->mLiveTextures;
+            cache->mLiveBytes -= mSize;
+        }
+    }
 }
 
 TextureCache::TextureCache()
-    : mMaxSize(quint64(qMax(0, TextureCacheSize.value())) * kMegabyte),
+    : mGeneration(++sGenerations), mMaxSize(quint64(qMax(0, TextureCacheSize.value())) * kMegabyte),
       mElasticity(quint64(qMax(0, TextureCacheElasticity.value())) * kMegabyte)
 {}
 
@@ -154,6 +163,11 @@ std::shared_ptr<TextureCache::TextureEntry> TextureCache::upload(TextureKeyDataC
         GLUtils::upload(image, e.mTextureID, e.mSize, key->features());
         e.mWidth = image.width();
         e.mHeight = image.height();
+    }
+    if (e.mTextureID) {
+        e.mCounted = mGeneration;
+        ++mLiveTextures;
+        mLiveBytes += e.mSize;
     }
     return entry;
 }

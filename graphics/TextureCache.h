@@ -43,6 +43,8 @@ public:
         /// holds its entry is moved to the front without a search.
         bool mStored = false;
         Store::Handle mPosition;
+        /// The cache whose live figures count this entry (0: none).
+        quint64 mCounted = 0;
     };
     /// The key of one page of the glyph cache.
     struct GlyphEntry
@@ -80,6 +82,10 @@ public:
     quint64 elasticity() const { return mElasticity; }
     quint64 currentSize() const { return mCurrentSize; }
     size_t entryCount() const { return mStore.size(); }
+    /// Textures this cache uploaded that are still alive: the stored ones and the
+    /// evicted ones that keys still hold (a pool of map tiles, say), with their bytes.
+    int liveTextureCount() const { return mLiveTextures; }
+    quint64 liveBytes() const { return mLiveBytes; }
     const QVector<GLuint>& expiredTextures() const { return mExpired; }
 
 private:
@@ -93,10 +99,13 @@ private:
     void evict();
     bool bindEntry(const TextureEntry& entry);
 
+    const quint64 mGeneration;
     Store mStore;
     quint64 mMaxSize;
     quint64 mElasticity;
     quint64 mCurrentSize = 0;
+    int mLiveTextures = 0;
+    quint64 mLiveBytes = 0;
     QHash<unsigned int, std::shared_ptr<GlyphEntry>> mGlyphEntries;
     IGlyphPageSource* mGlyphSource = nullptr;
     QVector<GLuint> mExpired;

@@ -73,10 +73,14 @@ TEST_F(TextureCacheTest, EvictsInBurstsBetweenBudgetAndElasticity)
     EXPECT_LE(cache()->currentSize(), 24 * kMB);
     EXPECT_EQ(cache()->currentSize(), 22 * kMB + 921600 + 209920);
     EXPECT_EQ(cache()->entryCount(), 24u);
-    // Evicted entries stay with their keys until released.
+    // Evicted entries stay with their keys until released, and stay live.
     EXPECT_TRUE(cache()->expiredTextures().isEmpty());
+    EXPECT_EQ(cache()->liveTextureCount(), 29);
+    EXPECT_EQ(cache()->liveBytes(), 27 * kMB + 921600 + 209920);
     keys[1] = TextureKey();
     EXPECT_EQ(cache()->expiredTextures().size(), 1);
+    EXPECT_EQ(cache()->liveTextureCount(), 28);
+    EXPECT_EQ(cache()->liveBytes(), 26 * kMB + 921600 + 209920);
 }
 
 TEST_F(TextureCacheTest, ZeroBudgetNeverEvictsAndTheBudgetCanChange)
