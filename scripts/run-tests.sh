@@ -31,7 +31,7 @@ case "$sanitize" in
   address,undefined | undefined,address | address)
     build="${ORBIS_BUILD_DIR:-$root/build-asan}"
     config=(-DORBIS_SANITIZE="$sanitize" -DORBIS_BUILD_BENCH=OFF)
-    export ASAN_OPTIONS="detect_leaks=1:abort_on_error=1:detect_stack_use_after_return=0:strict_string_checks=1"
+    export ASAN_OPTIONS="detect_leaks=1:abort_on_error=1:detect_stack_use_after_return=0"
     export LSAN_OPTIONS="suppressions=$suppressions/lsan.supp:print_suppressions=0"
     export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
     # The style churn test makes a million styles; a tenth of that shows the same

@@ -40,11 +40,12 @@ TEST(GraphicsPathProcessorTest, FlattensThroughTheTransformAndRefusesUnknownElem
     EXPECT_EQ(processor.polylines()[1], (GraphicsPathProcessor::Polyline{{150, 50}, {160, 60}}));
 
     LogCapture log;
-    QPainterPath::Element strange{1, 2, QPainterPath::ElementType(7)};
-    EXPECT_FALSE(processor.add(strange));
+    // A curve's data element on its own: only a curve may carry it.
+    QPainterPath::Element strayData{1, 2, QPainterPath::CurveToDataElement};
+    EXPECT_FALSE(processor.add(strayData));
     QPainterPath::Element lonelyCurve{1, 2, QPainterPath::CurveToElement};
     EXPECT_FALSE(GraphicsPathProcessor().add(lonelyCurve));
-    EXPECT_EQ(log.assertions(), QStringList({"Unsupported path element: 7", "Unsupported path element: 2"}));
+    EXPECT_EQ(log.assertions(), QStringList({"Unsupported path element: 3", "Unsupported path element: 2"}));
     EXPECT_EQ(log.records().first().file, "graphics/GraphicsPaintEngine");
 }
 
