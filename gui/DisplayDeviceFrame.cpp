@@ -263,14 +263,17 @@ void DisplayDevice::paintWithGraphics(DisplayView* view, ViewBuffer* buffer, con
     auto list = device.engine()->createDisplayList();
     list->optimize();
 
-    framebuffer->bind();
+    mBufferManager->bind(framebuffer);
     gfx::GLStateManager* gl = gfx::GLStateManager::instance();
     gfx::GLFunctions* f = gfx::GLFunctions::current();
     const gfx::RenderState state(framebuffer->size());
     f->glViewport(0, 0, framebuffer->width(), framebuffer->height());
     gl->glEnable(GL_SCISSOR_TEST);
-    f->glClearColor(0, 0, 0, 0);
-    for (const QRect& rect : pixelDirty) {
+    // What the list's opaque items cover is replaced anyway.
+    const QRegion uncovered = pixelDirty.subtracted(list->coveredRegion());
+    if (!uncovered.isEmpty())
+        gl->glClearColor(0, 0, 0, 0);
+    for (const QRect& rect : uncovered) {
         const QRect box = state.toWindow(rect);
         gl->glScissor(box.x(), box.y(), box.width(), box.height());
         f->glClear(GL_COLOR_BUFFER_BIT);
@@ -282,6 +285,8 @@ void DisplayDevice::paintWithQt(DisplayView* view, ViewBuffer* buffer, const QTr
                                 const QRegion& dirty)
 {
     QGLFramebufferObject* framebuffer = buffer->framebuffer();
+    // Qt's engine draws from client memory: a bound vertex buffer would take its pointers.
+    gfx::GLStateManager::instance()->glBindBufferArray(0);
     QPainter painter(framebuffer);
     painter.setTransform(toPixels);
     painter.setClipRegion(dirty);
@@ -352,7 +357,7 @@ void DisplayDevice::compositeNestedLayers()
         if (builder.items().isEmpty())
             continue;
         QGLFramebufferObject* framebuffer = buffer->framebuffer();
-        framebuffer->bind();
+        mBufferManager->bind(framebuffer);
         gfx::GLStateManager::instance()->clearToInvalid();
         gfx::RenderState state(framebuffer->size());
         state.matrix.scale(float(windowScale));
@@ -430,10 +435,10 @@ void DisplayDevice::compositeLayers()
         const QRect box = state.toWindow(window);
         gl->glScissor(box.x(), box.y(), box.width(), box.height());
         if (gClearRandom.value())
-            f->glClearColor(float(std::rand() % 256) / 255, float(std::rand() % 256) / 255,
-                            float(std::rand() % 256) / 255, 1);
+            gl->glClearColor(float(std::rand() % 256) / 255, float(std::rand() % 256) / 255,
+                             float(std::rand() % 256) / 255, 1);
         else
-            f->glClearColor(0, 0, 0, 1);
+            gl->glClearColor(0, 0, 0, 1);
         f->glClear(GL_COLOR_BUFFER_BIT | (overdraw ? GL_STENCIL_BUFFER_BIT : 0));
         list->render(state);
     }
