@@ -170,24 +170,12 @@ QMatrix4x4 DisplayDevice::screenMatrix(DisplayView* view) const
     return matrix;
 }
 
-DisplayView* DisplayDevice::nestingTarget(DisplayView* view) const
-{
-    if ((view->mCompositingFlags & CompositeIntoParentLayer) && view->mParentView &&
-        view->mParentView->mLayer)
-        return view->mParentView;
-    for (DisplayView* ancestor = view->mParentView; ancestor; ancestor = ancestor->mParentView) {
-        if (ancestor->mLayer && ancestor->mCompositeNestedLayers)
-            return ancestor;
-    }
-    return nullptr;
-}
-
 void DisplayDevice::renderViews(DisplayView* view, DisplayView* layerParent)
 {
     if (!view->mVisible && !(view->mDrawingFlags & DrawWhenHidden))
         return;
     if (ViewBuffer* buffer = view->layer()) {
-        DisplayView* target = nestingTarget(view);
+        DisplayView* target = view->nestingTarget();
         if (target && buffer->isDirty()) {
             // The target holds this layer's pixels: it must be recomposited there.
             const QMatrix4x4 toTarget = screenMatrix(target).inverted() * screenMatrix(view);
@@ -348,7 +336,7 @@ void DisplayDevice::compositeNestedLayers()
         QVector<DisplayView*> layers;
         collectLayers(target, &layers);
         for (DisplayView* layer : qAsConst(layers)) {
-            if (layer == target || nestingTarget(layer) != target || !layer->layer()->framebuffer())
+            if (layer == target || layer->nestingTarget() != target || !layer->layer()->framebuffer())
                 continue;
             builder.setOpacity(layer->mAlpha);
             drawLayer(builder, layer, fromScreen * screenMatrix(layer),
@@ -400,7 +388,7 @@ void DisplayDevice::compositeLayers()
     QVector<DisplayView*> layers;
     collectLayers(this, &layers);
     for (DisplayView* layer : qAsConst(layers)) {
-        if (nestingTarget(layer) || !layer->mLayer->framebuffer())
+        if (layer->nestingTarget() || !layer->mLayer->framebuffer())
             continue;
         float opacity = 1.0f;
         for (DisplayView* v = layer; v; v = v->mParentView)
