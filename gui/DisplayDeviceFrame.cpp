@@ -22,9 +22,11 @@
 #include <PerfLogger.h>
 #include <QGLFramebufferObject>
 #include <QThreadPool>
+#include <RenderItem.h>
 #include <RenderItemBuilder.h>
 #include <RenderState.h>
 #include <ShaderCache.h>
+#include <ShaderUsage.h>
 #include <SharedTextureManager.h>
 #include <TextureCache.h>
 #include <cstdlib>
@@ -81,6 +83,19 @@ const gfx::CustomShaderKey& maskedLayerShader()
         "    gl_FragColor = texture2D(uTexture, vTexCoord) * mask * uOpacity;\n"
         "}\n");
     return key;
+}
+
+// Whether every item draws only inside the damage, so that the list can be drawn
+// once over all of it. Items without a matrix were cut to it when they were built;
+// a moved or turned layer is cut only by the scissor box of its bounds.
+bool withinDamage(const gfx::DisplayList& list, const QRegion& damage)
+{
+    for (const gfx::RenderItem* item : list.items()) {
+        if (item && item->shaderUsage && !item->shaderUsage->isIdentity() &&
+            !QRegion(item->bounds).subtracted(damage).isEmpty())
+            return false;
+    }
+    return true;
 }
 
 void drawLayer(gfx::RenderItemBuilder& builder, DisplayView* layer, const QMatrix4x4& matrix, bool blend)
@@ -384,7 +399,7 @@ void DisplayDevice::compositeLayers()
     gfx::GLFunctions* f = gfx::GLFunctions::current();
     f->glViewport(0, 0, mWindowSize.width(), mWindowSize.height());
 
-    gfx::RenderItemBuilder builder;
+    gfx::RenderItemBuilder builder(region);
     QVector<DisplayView*> layers;
     collectLayers(this, &layers);
     for (DisplayView* layer : qAsConst(layers)) {
@@ -416,9 +431,9 @@ void DisplayDevice::compositeLayers()
         f->glStencilFunc(GL_ALWAYS, 0, 0xff);
         f->glStencilOp(GL_KEEP, GL_INCR, GL_INCR);
     }
+    const bool onePass = withinDamage(*list, region);
     for (const QRect& rect : region) {
         const QRect window = mWindowMatrix.mapRect(rect);
-        state.clipRect = window;
         gl->glEnable(GL_SCISSOR_TEST);
         const QRect box = state.toWindow(window);
         gl->glScissor(box.x(), box.y(), box.width(), box.height());
@@ -428,6 +443,13 @@ void DisplayDevice::compositeLayers()
         else
             gl->glClearColor(0, 0, 0, 1);
         f->glClear(GL_COLOR_BUFFER_BIT | (overdraw ? GL_STENCIL_BUFFER_BIT : 0));
+        if (!onePass) {
+            state.clipRect = window;
+            list->render(state);
+        }
+    }
+    if (onePass) {
+        state.clipRect = mWindowMatrix.mapRect(region.boundingRect());
         list->render(state);
     }
     if (overdraw)
