@@ -33,11 +33,10 @@ void DisplayListSliceBuilder::add(Geometry* geometry)
     const Range visible{geometry->primitive(), geometry->firstVertex(), geometry->vertexCount()};
     append(mRanges, visible);
     if (!geometry->isCut()) {
-        append(mTranslucentRanges, visible);
+        mTranslucentParts.append({visible, {}});
         return;
     }
-    const QVector<Vertex> uncut = geometry->triangulate(true);
-    append(mTranslucentRanges, {geometry->primitive(), mBuffer->append(uncut), int(uncut.size())});
+    mTranslucentParts.append({{geometry->primitive(), 0, 0}, geometry->triangulate(true)});
     mCut = true;
 }
 
@@ -49,11 +48,17 @@ DisplayListSliceRenderItem* DisplayListSliceBuilder::finish(GeometryRenderItem* 
     slice->localBounds = item->localBounds;
     slice->ranges = mRanges;
     slice->hasTranslucentRanges = mCut;
-    if (mCut)
-        slice->translucentRanges = mTranslucentRanges;
+    if (mCut) {
+        // The uncut vertices go after the visible ones, which stay one range.
+        for (TranslucentPart& part : mTranslucentParts) {
+            if (!part.uncut.isEmpty())
+                part.range = {part.range.primitive, mBuffer->append(part.uncut), int(part.uncut.size())};
+            append(slice->translucentRanges, part.range);
+        }
+    }
     slice->translucentUsage = std::move(item->translucentUsage);
     mRanges.clear();
-    mTranslucentRanges.clear();
+    mTranslucentParts.clear();
     mCut = false;
     delete item;
     return slice;

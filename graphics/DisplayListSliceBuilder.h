@@ -3,6 +3,7 @@
 #include "OrbisUIFrameworkExport.h"
 
 #include "DisplayListSliceRenderItem.h"
+#include "Vertex.h"
 
 namespace gfx {
 
@@ -20,9 +21,17 @@ public:
     DisplayListSliceRenderItem* finish(GeometryRenderItem* item);
 
 private:
+    // What a geometry draws under an opacity below 1: its visible range, or the
+    // vertices from before the hidden-surface cut, written when the slice is done.
+    struct TranslucentPart
+    {
+        DisplayListSliceRenderItem::Range range;
+        QVector<Vertex> uncut;
+    };
+
     VertexBuffer* mBuffer;
     QVector<DisplayListSliceRenderItem::Range> mRanges;
-    QVector<DisplayListSliceRenderItem::Range> mTranslucentRanges;
+    QVector<TranslucentPart> mTranslucentParts;
     bool mCut = false;
 };
 

@@ -122,6 +122,16 @@ void GLStateManager::glScissor(int x, int y, int width, int height)
     mState.scissor.set(box);
 }
 
+void GLStateManager::glClearColor(GLfloat red, GLfloat green, GLfloat blue, GLfloat alpha)
+{
+    ++mRequests;
+    const std::array<GLfloat, 4> color{red, green, blue, alpha};
+    if (mClearColor.holds(color))
+        return;
+    driver()->glClearColor(red, green, blue, alpha);
+    mClearColor.set(color);
+}
+
 void GLStateManager::forgetTextureBindings()
 {
     mState.texture2D.valid = false;

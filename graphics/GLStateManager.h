@@ -4,6 +4,7 @@
 #include "OrbisUIFrameworkExport.h"
 
 #include <Singleton.h>
+#include <array>
 
 namespace gfx {
 
@@ -39,12 +40,17 @@ public:
     void glDisableVertexAttribArray(GLuint index) { setAttribEnabled(index, false); }
     void glBindBufferArray(GLuint buffer);
     void glScissor(int x, int y, int width, int height);
+    void glClearColor(GLfloat red, GLfloat green, GLfloat blue, GLfloat alpha);
 
     /// Texture bindings are cached for one unit only; code that binds on another
     /// unit forgets them so that the next binding reaches the driver.
     void forgetTextureBindings();
 
-    void clearToInvalid() { mState.clearToInvalid(); }
+    void clearToInvalid()
+    {
+        mState.clearToInvalid();
+        mClearColor.valid = false;
+    }
 
     /// Requests received and those passed to the driver, for frame statistics.
     quint64 requests() const { return mRequests; }
@@ -63,6 +69,8 @@ private:
     GLFunctions* driver();
 
     GLState mState;
+    // Outside GLState: clearing belongs to the frame, not to what a renderer restores.
+    GLCached<std::array<GLfloat, 4>> mClearColor;
     quint64 mRequests = 0;
     quint64 mForwarded = 0;
 };

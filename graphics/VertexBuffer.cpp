@@ -26,14 +26,22 @@ VertexBuffer::~VertexBuffer()
 {
     if (mAllocator)
         mAllocator->untrack(this);
-    if (mBuffer) {
-        GLStateManager* state = GLStateManager::instance();
-        if (state->state().arrayBuffer.holds(mBuffer)) {
-            state->state().arrayBuffer.valid = false;
-            forgetPointers(state->state());
-        }
-        GLFunctions::current()->glDeleteBuffers(1, &mBuffer);
+    if (!mBuffer)
+        return;
+    if (mAllocator)
+        mAllocator->keepSpareBuffer(mBuffer);
+    else
+        deleteBuffer(mBuffer);
+}
+
+void VertexBuffer::deleteBuffer(GLuint buffer)
+{
+    GLStateManager* state = GLStateManager::instance();
+    if (state->state().arrayBuffer.holds(buffer)) {
+        state->state().arrayBuffer.valid = false;
+        forgetPointers(state->state());
     }
+    GLFunctions::current()->glDeleteBuffers(1, &buffer);
 }
 
 int VertexBuffer::append(const QVector<Vertex>& vertices)
@@ -47,6 +55,8 @@ void VertexBuffer::bind()
 {
     GLFunctions* f = GLFunctions::current();
     GLStateManager* state = GLStateManager::instance();
+    if (!mBuffer && mAllocator)
+        mBuffer = mAllocator->takeSpareBuffer();
     if (!mBuffer)
         f->glGenBuffers(1, &mBuffer);
     if (!state->state().arrayBuffer.holds(mBuffer)) {
@@ -55,16 +65,21 @@ void VertexBuffer::bind()
     }
     const int count = mVertices.size();
     if (count > mUploadedCount) {
-        if (mRespecify || count > mCapacity) {
-            // Room to grow, so that a few later appends do not respecify again.
-            mCapacity = count + count / 2;
-            f->glBufferData(GL_ARRAY_BUFFER, qopengl_GLsizeiptr(mCapacity * sizeof(Vertex)), nullptr,
-                            GL_DYNAMIC_DRAW);
-            mUploadedCount = 0;
+        const qopengl_GLsizeiptr vertexSize = sizeof(Vertex);
+        if (mRespecify || mUploadedCount == 0) {
+            // A list is normally written once: a new store filled in the same call.
+            f->glBufferData(GL_ARRAY_BUFFER, count * vertexSize, mVertices.constData(), GL_DYNAMIC_DRAW);
+            mCapacity = count;
+        } else {
+            if (count > mCapacity) {
+                // Grown after a draw: room for a few more appends.
+                mCapacity = count + count / 2;
+                f->glBufferData(GL_ARRAY_BUFFER, mCapacity * vertexSize, nullptr, GL_DYNAMIC_DRAW);
+                mUploadedCount = 0;
+            }
+            f->glBufferSubData(GL_ARRAY_BUFFER, qopengl_GLintptr(mUploadedCount * vertexSize),
+                               (count - mUploadedCount) * vertexSize, mVertices.constData() + mUploadedCount);
         }
-        f->glBufferSubData(GL_ARRAY_BUFFER, qopengl_GLintptr(mUploadedCount * sizeof(Vertex)),
-                           qopengl_GLsizeiptr((count - mUploadedCount) * sizeof(Vertex)),
-                           mVertices.constData() + mUploadedCount);
         mUploadedCount = count;
         mRespecify = false;
     }

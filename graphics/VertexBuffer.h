@@ -12,10 +12,10 @@ namespace gfx {
 class GeometryBufferAllocator;
 
 // The one GL array buffer of a display list. Vertices are appended on the
-// processor and sent to GL when the buffer is bound: only the new tail, unless a
-// frame has passed since the last upload, in which case the whole store is
-// respecified so that the driver never waits for the GPU to finish the last frame.
-// Unchanged buffers are only bound.
+// processor and sent to GL when the buffer is bound. The first upload, and any
+// upload after a frame has passed, gives the buffer a new store (so that the driver
+// never waits for the GPU to finish the last frame) filled in the same call; later
+// appends in the frame send only the new tail. Unchanged buffers are only bound.
 class ORBIS_UI_INTERNAL_EXPORT VertexBuffer
 {
 public:
@@ -33,6 +33,9 @@ public:
     void bind();
     void nextFrame() { mRespecify = true; }
 
+    // Deletes a GL buffer name and forgets what the state cache knew of it.
+    static void deleteBuffer(GLuint buffer);
+
 private:
     friend class GeometryBufferAllocator;
 
@@ -40,7 +43,7 @@ private:
     QVector<Vertex> mVertices;
     GLuint mBuffer = 0;
     int mUploadedCount = 0;
-    int mCapacity = 0;
+    int mCapacity = 0; // vertices the GL store holds
     bool mRespecify = true;
 };
 

@@ -18,6 +18,7 @@
 #include <GLExtensions.h>
 #include <GLFunctions.h>
 #include <GLStateManager.h>
+#include <GeometryBufferAllocator.h>
 #include <GlyphCache.h>
 #include <QBitmap>
 #include <QGLFramebufferObject>
@@ -174,6 +175,7 @@ DisplayDevice::~DisplayDevice()
     if (mWidget &&
         std::none_of(mDisplays.begin(), mDisplays.end(), [](DisplayDevice* d) { return d->mWidget; })) {
         gfx::ShaderCache::instance()->releaseAll();
+        gfx::GeometryBufferAllocator::instance()->releaseSpareBuffers();
         if (Singleton<gfx::GlyphCache>::exists())
             gfx::GlyphCache::instance()->releaseTextures();
         Singleton<gfx::CoverageMaskCache>::reset();

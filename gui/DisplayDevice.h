@@ -209,8 +209,6 @@ private:
     void applyCursor();
     /// Qt's own paint engine keeps its texture cache by this budget too.
     static void setQtTextureCacheLimit(int megabytes);
-    /// The layer into whose buffer a layer is composited instead of onto the screen.
-    DisplayView* nestingTarget(DisplayView* view) const;
     void paintWithGraphics(DisplayView* view, ViewBuffer* buffer, const QTransform& toPixels,
                            const QRegion& dirty);
     void paintWithQt(DisplayView* view, ViewBuffer* buffer, const QTransform& toPixels, const QRegion& dirty);

@@ -22,9 +22,11 @@
 #include <PerfLogger.h>
 #include <QGLFramebufferObject>
 #include <QThreadPool>
+#include <RenderItem.h>
 #include <RenderItemBuilder.h>
 #include <RenderState.h>
 #include <ShaderCache.h>
+#include <ShaderUsage.h>
 #include <SharedTextureManager.h>
 #include <TextureCache.h>
 #include <cstdlib>
@@ -81,6 +83,19 @@ const gfx::CustomShaderKey& maskedLayerShader()
         "    gl_FragColor = texture2D(uTexture, vTexCoord) * mask * uOpacity;\n"
         "}\n");
     return key;
+}
+
+// Whether every item draws only inside the damage, so that the list can be drawn
+// once over all of it. Items without a matrix were cut to it when they were built;
+// a moved or turned layer is cut only by the scissor box of its bounds.
+bool withinDamage(const gfx::DisplayList& list, const QRegion& damage)
+{
+    for (const gfx::RenderItem* item : list.items()) {
+        if (item && item->shaderUsage && !item->shaderUsage->isIdentity() &&
+            !QRegion(item->bounds).subtracted(damage).isEmpty())
+            return false;
+    }
+    return true;
 }
 
 void drawLayer(gfx::RenderItemBuilder& builder, DisplayView* layer, const QMatrix4x4& matrix, bool blend)
@@ -170,24 +185,12 @@ QMatrix4x4 DisplayDevice::screenMatrix(DisplayView* view) const
     return matrix;
 }
 
-DisplayView* DisplayDevice::nestingTarget(DisplayView* view) const
-{
-    if ((view->mCompositingFlags & CompositeIntoParentLayer) && view->mParentView &&
-        view->mParentView->mLayer)
-        return view->mParentView;
-    for (DisplayView* ancestor = view->mParentView; ancestor; ancestor = ancestor->mParentView) {
-        if (ancestor->mLayer && ancestor->mCompositeNestedLayers)
-            return ancestor;
-    }
-    return nullptr;
-}
-
 void DisplayDevice::renderViews(DisplayView* view, DisplayView* layerParent)
 {
     if (!view->mVisible && !(view->mDrawingFlags & DrawWhenHidden))
         return;
     if (ViewBuffer* buffer = view->layer()) {
-        DisplayView* target = nestingTarget(view);
+        DisplayView* target = view->nestingTarget();
         if (target && buffer->isDirty()) {
             // The target holds this layer's pixels: it must be recomposited there.
             const QMatrix4x4 toTarget = screenMatrix(target).inverted() * screenMatrix(view);
@@ -263,14 +266,17 @@ void DisplayDevice::paintWithGraphics(DisplayView* view, ViewBuffer* buffer, con
     auto list = device.engine()->createDisplayList();
     list->optimize();
 
-    framebuffer->bind();
+    mBufferManager->bind(framebuffer);
     gfx::GLStateManager* gl = gfx::GLStateManager::instance();
     gfx::GLFunctions* f = gfx::GLFunctions::current();
     const gfx::RenderState state(framebuffer->size());
     f->glViewport(0, 0, framebuffer->width(), framebuffer->height());
     gl->glEnable(GL_SCISSOR_TEST);
-    f->glClearColor(0, 0, 0, 0);
-    for (const QRect& rect : pixelDirty) {
+    // What the list's opaque items cover is replaced anyway.
+    const QRegion uncovered = pixelDirty.subtracted(list->coveredRegion());
+    if (!uncovered.isEmpty())
+        gl->glClearColor(0, 0, 0, 0);
+    for (const QRect& rect : uncovered) {
         const QRect box = state.toWindow(rect);
         gl->glScissor(box.x(), box.y(), box.width(), box.height());
         f->glClear(GL_COLOR_BUFFER_BIT);
@@ -282,6 +288,8 @@ void DisplayDevice::paintWithQt(DisplayView* view, ViewBuffer* buffer, const QTr
                                 const QRegion& dirty)
 {
     QGLFramebufferObject* framebuffer = buffer->framebuffer();
+    // Qt's engine draws from client memory: a bound vertex buffer would take its pointers.
+    gfx::GLStateManager::instance()->glBindBufferArray(0);
     QPainter painter(framebuffer);
     painter.setTransform(toPixels);
     painter.setClipRegion(dirty);
@@ -343,7 +351,7 @@ void DisplayDevice::compositeNestedLayers()
         QVector<DisplayView*> layers;
         collectLayers(target, &layers);
         for (DisplayView* layer : qAsConst(layers)) {
-            if (layer == target || nestingTarget(layer) != target || !layer->layer()->framebuffer())
+            if (layer == target || layer->nestingTarget() != target || !layer->layer()->framebuffer())
                 continue;
             builder.setOpacity(layer->mAlpha);
             drawLayer(builder, layer, fromScreen * screenMatrix(layer),
@@ -352,7 +360,7 @@ void DisplayDevice::compositeNestedLayers()
         if (builder.items().isEmpty())
             continue;
         QGLFramebufferObject* framebuffer = buffer->framebuffer();
-        framebuffer->bind();
+        mBufferManager->bind(framebuffer);
         gfx::GLStateManager::instance()->clearToInvalid();
         gfx::RenderState state(framebuffer->size());
         state.matrix.scale(float(windowScale));
@@ -391,11 +399,11 @@ void DisplayDevice::compositeLayers()
     gfx::GLFunctions* f = gfx::GLFunctions::current();
     f->glViewport(0, 0, mWindowSize.width(), mWindowSize.height());
 
-    gfx::RenderItemBuilder builder;
+    gfx::RenderItemBuilder builder(region);
     QVector<DisplayView*> layers;
     collectLayers(this, &layers);
     for (DisplayView* layer : qAsConst(layers)) {
-        if (nestingTarget(layer) || !layer->mLayer->framebuffer())
+        if (layer->nestingTarget() || !layer->mLayer->framebuffer())
             continue;
         float opacity = 1.0f;
         for (DisplayView* v = layer; v; v = v->mParentView)
@@ -423,18 +431,25 @@ void DisplayDevice::compositeLayers()
         f->glStencilFunc(GL_ALWAYS, 0, 0xff);
         f->glStencilOp(GL_KEEP, GL_INCR, GL_INCR);
     }
+    const bool onePass = withinDamage(*list, region);
     for (const QRect& rect : region) {
         const QRect window = mWindowMatrix.mapRect(rect);
-        state.clipRect = window;
         gl->glEnable(GL_SCISSOR_TEST);
         const QRect box = state.toWindow(window);
         gl->glScissor(box.x(), box.y(), box.width(), box.height());
         if (gClearRandom.value())
-            f->glClearColor(float(std::rand() % 256) / 255, float(std::rand() % 256) / 255,
-                            float(std::rand() % 256) / 255, 1);
+            gl->glClearColor(float(std::rand() % 256) / 255, float(std::rand() % 256) / 255,
+                             float(std::rand() % 256) / 255, 1);
         else
-            f->glClearColor(0, 0, 0, 1);
+            gl->glClearColor(0, 0, 0, 1);
         f->glClear(GL_COLOR_BUFFER_BIT | (overdraw ? GL_STENCIL_BUFFER_BIT : 0));
+        if (!onePass) {
+            state.clipRect = window;
+            list->render(state);
+        }
+    }
+    if (onePass) {
+        state.clipRect = mWindowMatrix.mapRect(region.boundingRect());
         list->render(state);
     }
     if (overdraw)

@@ -524,6 +524,10 @@ private:
     bool acceptsTouches() const;
     QRect mapRectToParent(const QRect& rect) const;
     void revealInDevice(const QRect& rect);
+    /// The layer into whose buffer this layer is composited instead of onto the screen.
+    DisplayView* nestingTarget() const;
+    /// Shows this layer's area again, before and after it moves on screen.
+    void recomposite();
     void drawDebugPadding(QPainter& painter);
     DisplayViewAnimation* animation(bool create);
     /// The value a property is heading for: the animation's target while one runs.

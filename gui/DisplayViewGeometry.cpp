@@ -590,14 +590,35 @@ void DisplayView::setLayerTransform(const QMatrix4x4& transform)
                    __LINE__);
         return;
     }
-    reveal(true);
+    recomposite();
     if (transform.isIdentity()) {
         mLayerTransform = &sIdentityMatrix;
     } else {
         extras().mTransform = transform;
         mLayerTransform = &extras().mTransform;
     }
-    reveal(true);
+    recomposite();
+}
+
+void DisplayView::recomposite()
+{
+    // A layer nested in another one has its pixels there: that layer must be redrawn.
+    // Otherwise the layers beneath still hold their content and only the screen changes.
+    if (nestingTarget())
+        reveal(true);
+    else if (isVisible(nullptr))
+        revealInDevice(drawingAreaRect());
+}
+
+DisplayView* DisplayView::nestingTarget() const
+{
+    if ((mCompositingFlags & CompositeIntoParentLayer) && mParentView && mParentView->mLayer)
+        return mParentView;
+    for (DisplayView* ancestor = mParentView; ancestor; ancestor = ancestor->mParentView) {
+        if (ancestor->mLayer && ancestor->mCompositeNestedLayers)
+            return ancestor;
+    }
+    return nullptr;
 }
 
 void DisplayView::updateTransform()

@@ -15,7 +15,8 @@ void ViewBufferManager::beginDrawing()
 
 void ViewBufferManager::endDrawing()
 {
-    bindScreen();
+    if (mOffScreen)
+        bindScreen();
     gfx::GLStateManager::instance()->clearToInvalid();
     mDrawing = false;
 }
@@ -23,10 +24,18 @@ void ViewBufferManager::endDrawing()
 void ViewBufferManager::bindScreen()
 {
     QGLFramebufferObject::bindDefault();
+    mOffScreen = false;
+}
+
+void ViewBufferManager::bind(QGLFramebufferObject* framebuffer)
+{
+    framebuffer->bind();
+    mOffScreen = true;
 }
 
 bool ViewBufferManager::prepare(ViewBuffer* buffer, const QSize& pixelSize)
 {
+    mOffScreen = true;
     const QGLFramebufferObject* existing = buffer->framebuffer();
     if (existing && existing->size() == pixelSize)
         return false;

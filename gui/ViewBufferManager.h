@@ -4,6 +4,7 @@
 
 #include <QSize>
 
+class QGLFramebufferObject;
 class QGLWidget;
 class ViewBuffer;
 
@@ -18,12 +19,15 @@ public:
     // Makes the screen's context current.
     void beginDrawing();
     // Leaves the screen as the draw target and the GL state cache invalid, since
-    // Qt's painters change GL state behind it.
+    // Qt's painters change GL state behind it. After a frame that drew into no
+    // layer the screen is still bound.
     void endDrawing();
     void bindScreen();
+    void bind(QGLFramebufferObject* framebuffer);
     bool isDrawing() const { return mDrawing; }
 
-    // Returns whether the buffer got a new framebuffer, whose content is undefined.
+    // Before a layer is drawn into. Returns whether the buffer got a new framebuffer,
+    // whose content is undefined.
     bool prepare(ViewBuffer* buffer, const QSize& pixelSize);
 
     // Framebuffers made since start-up (a steady scene stops making them).
@@ -32,5 +36,6 @@ public:
 private:
     QGLWidget* mWidget;
     bool mDrawing = false;
+    bool mOffScreen = false;
     int mCreated = 0;
 };

@@ -170,8 +170,8 @@ void MapTileRenderer::render(const gfx::RenderState& state, const QRect& target,
     if (opaque) {
         // The scissor box is the item's bounds: clearing paints the background under
         // the tiles without a draw.
-        f->glClearColor(float(mBackground.redF()), float(mBackground.greenF()), float(mBackground.blueF()),
-                        1.0f);
+        gl->glClearColor(float(mBackground.redF()), float(mBackground.greenF()), float(mBackground.blueF()),
+                         1.0f);
         f->glClear(GL_COLOR_BUFFER_BIT);
     }
     mStats.binds = 0;

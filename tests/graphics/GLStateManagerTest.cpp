@@ -96,11 +96,23 @@ TEST_F(GLStateManagerTest, ClearToInvalidLetsTheNextRequestThrough)
 {
     mManager->glUseProgram(4);
     mManager->glEnable(GL_SCISSOR_TEST);
+    mManager->glClearColor(0, 0, 0, 1);
     mManager->clearToInvalid();
     mManager->glUseProgram(4);
     mManager->glEnable(GL_SCISSOR_TEST);
+    mManager->glClearColor(0, 0, 0, 1);
     EXPECT_EQ(mDriver.count("glUseProgram"), 2);
     EXPECT_EQ(mDriver.count("glEnable"), 2);
+    EXPECT_EQ(mDriver.count("glClearColor"), 2);
+}
+
+TEST_F(GLStateManagerTest, ClearColorReachesTheDriverOnlyWhenItChanges)
+{
+    mManager->glClearColor(0, 0, 0, 1);
+    mManager->glClearColor(0, 0, 0, 1);
+    mManager->glClearColor(0, 0, 0, 0);
+    mManager->glClearColor(0.5f, 0, 0, 0);
+    EXPECT_EQ(mDriver.count("glClearColor"), 3);
 }
 
 TEST_F(GLStateManagerTest, ForgottenTextureBindingsReachTheDriverAgain)

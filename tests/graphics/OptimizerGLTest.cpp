@@ -1,6 +1,7 @@
 #include <DisplayList.h>
 #include <GraphicsPaintDevice.h>
 #include <RenderItemBuilder.h>
+#include <RenderState.h>
 #include <ShaderCache.h>
 #include <TextureCache.h>
 
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <support/GLTestContext.h>
 #include <support/PaintComparison.h>
+#include <support/ScopedGLRecorder.h>
 
 using namespace gfx;
 
@@ -164,6 +166,31 @@ TEST_F(OptimizerGLTest, TranslucentNestedListsShowTheirOverlaps)
     const QImage image = mCompare.engine(paint);
     EXPECT_TRUE(colorsClose(image.pixel(35, 35), qRgba(50, 142, 69, 255), 3))
         << std::hex << image.pixel(35, 35);
+}
+
+TEST_F(OptimizerGLTest, MergedItemsCutByTheOnesAboveStayOneDraw)
+{
+    // Each row hides the last pixel row of the one before and takes it over.
+    const auto rows = [] {
+        RenderItemBuilder builder;
+        for (int i = 0; i < 6; ++i)
+            builder.drawColoredRect(QRect(0, i * 20, 100, 21), QColor(30, 40, 50));
+        auto list = builder.createDisplayList(false);
+        list->optimize();
+        return list;
+    };
+    {
+        auto list = rows();
+        ScopedGLRecorder driver(GLFunctions::current());
+        list->render(RenderState(QSize(128, 128)));
+        EXPECT_EQ(driver.count("glDrawArrays"), 1);
+    }
+    // Translucent, the rows draw as they were before the cut, overlaps included.
+    EXPECT_TRUE(unchangedByOptimizer([&](QPainter& p) {
+        p.fillRect(QRect(0, 0, 128, 128), QColor(200, 60, 20));
+        p.setOpacity(0.5);
+        GraphicsPaintEngine::drawDisplayList(p, rows(), QRect(0, 0, 100, 121), QRect(0, 0, 100, 121), false);
+    }));
 }
 
 } // namespace

@@ -248,6 +248,77 @@ TEST_F(DisplayDeviceGLTest, LayersAreCompositedWithTheirOpacityAndTransformOnce)
     EXPECT_EQ(at(image, 17, 40), kBlack);
 }
 
+TEST_F(DisplayDeviceGLTest, TransformingALayerOnlyRecompositesTheScreen)
+{
+    DisplayDevice& device = open();
+    add(device.views(), "back", Qt::blue, QRect(0, 0, 64, 48));
+    auto* turned = add(device.views(), "turned", Qt::red, QRect(10, 10, 10, 10), true);
+    frame();
+    const DisplayDevice::FrameStats before = device.frameStats();
+    turned->setScale(2.0f, QPointF(0, 0));
+    device.doTick();
+    EXPECT_EQ(device.frameStats().renderedPixels, before.renderedPixels);
+    // The old area and the new one, which holds it.
+    EXPECT_EQ(device.frameStats().compositedPixels - before.compositedPixels, 20 * 20);
+    QImage image = frame();
+    EXPECT_EQ(at(image, 25, 25), kRed);
+    EXPECT_EQ(at(image, 31, 31), kBlue);
+    turned->setScale(1.0f, QPointF(0, 0));
+    image = frame();
+    EXPECT_EQ(at(image, 15, 15), kRed);
+    EXPECT_EQ(at(image, 25, 25), kBlue);
+
+    // Nested, the parent layer holds the pixels and must be redrawn where the layer was.
+    auto* parent = add(device.views(), "parent", Qt::blue, QRect(30, 0, 34, 48), true);
+    parent->setCompositeNestedLayers(true);
+    auto* nested = add(parent, "nested", Qt::green, QRect(0, 0, 8, 8), true);
+    frame();
+    nested->setScale(2.0f, QPointF(0, 0));
+    image = frame();
+    EXPECT_EQ(at(image, 44, 14), kGreen);
+    nested->setScale(1.0f, QPointF(0, 0));
+    image = frame();
+    EXPECT_EQ(at(image, 44, 14), kBlue);
+    EXPECT_EQ(at(image, 34, 4), kGreen);
+}
+
+TEST_F(DisplayDeviceGLTest, EachLayerIsCompositedOnceOverTheWholeDamage)
+{
+    DisplayDevice& device = open();
+    auto* first = add(device.views(), "first", Qt::red, QRect(0, 0, 10, 10));
+    auto* second = add(device.views(), "second", Qt::green, QRect(40, 30, 10, 10));
+    auto* turned = add(device.views(), "turned", Qt::blue, QRect(20, 20, 10, 10), true);
+    frame();
+    {
+        ScopedGLRecorder recorder(gfx::GLFunctions::current());
+        first->update();
+        second->update();
+        device.doTick();
+        // Each rectangle is cleared; the views are drawn into the root layer, which
+        // reaches the screen in one draw.
+        EXPECT_EQ(recorder.count("glClear"), 2);
+        EXPECT_EQ(recorder.count("glDrawArrays"), 2 + 1);
+    }
+    // A turned layer is cut only by the scissor: where it reaches out of the damage
+    // the damage is drawn rectangle by rectangle.
+    turned->setAngle(30);
+    frame();
+    {
+        ScopedGLRecorder recorder(gfx::GLFunctions::current());
+        first->update();
+        second->update();
+        turned->update(QRect(0, 0, 2, 2));
+        device.doTick();
+        // The two views and the layer's corner; the root layer in each of the three
+        // rectangles and the turned layer in its own.
+        EXPECT_EQ(recorder.count("glDrawArrays"), 2 + 1 + 3 + 1);
+    }
+    const QImage image = frame();
+    EXPECT_EQ(at(image, 5, 5), kRed);
+    EXPECT_EQ(at(image, 45, 35), kGreen);
+    EXPECT_EQ(at(image, 25, 25), kBlue);
+}
+
 TEST_F(DisplayDeviceGLTest, NestedLayersAreCompositedIntoTheirParentLayer)
 {
     DisplayDevice& device = open();

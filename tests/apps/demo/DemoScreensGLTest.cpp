@@ -234,6 +234,34 @@ TEST_F(DemoScreensGLTest, TheScrollSceneScrollsAtItsSpeed)
     EXPECT_TRUE(log.assertions().isEmpty()) << log.assertions().join('\n').toStdString();
 }
 
+TEST_F(DemoScreensGLTest, TheScrollSceneDrawsTheSamePixelsWithoutTheOptimizer)
+{
+    // Scrolled and turned frames; the second time round every display list is drawn
+    // as it was built.
+    mDevice.reset();
+    open(1280, 720, QPoint(0, 0));
+    const auto run = [this] {
+        ScrollScene scene(mDevice.get());
+        QVector<QImage> frames;
+        for (int i = 0; i < 4; ++i) {
+            step(7);
+            frames.append(frame());
+        }
+        return frames;
+    };
+    const QVector<QImage> optimized = run();
+    ScopedConfigOverride plain("gfx/optimize_display_lists", false);
+    const QVector<QImage> unoptimized = run();
+    ASSERT_EQ(optimized.size(), unoptimized.size());
+    for (int i = 0; i < optimized.size(); ++i) {
+        const PaintComparison::Difference d = PaintComparison::difference(optimized[i], unoptimized[i], 0);
+        EXPECT_EQ(d.pixels, 0) << "frame " << i << ": worst " << d.worst << " at " << d.worstAt.x() << ","
+                               << d.worstAt.y();
+    }
+    // The frames differ from each other: the scene moved.
+    EXPECT_NE(optimized.first(), optimized.last());
+}
+
 // The tour plays through every screen without a single assertion.
 TEST(DemoTourGLTest, TheTourVisitsEveryScreenWithoutAssertions)
 {
