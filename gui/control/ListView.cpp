@@ -39,7 +39,7 @@ void ListView::setModel(ListModel* model)
                 SLOT(rowsRemoved(ListModel*, int, int)));
         connect(model, SIGNAL(rowsChanged(ListModel*, int, int)), this,
                 SLOT(rowsChanged(ListModel*, int, int)));
-        connect(model, SIGNAL(destroyed()), this, SLOT(modelReset()));
+        connect(model, SIGNAL(destroyed(QObject*)), this, SLOT(modelDestroyed(QObject*)));
     }
     modelReset();
 }
@@ -50,6 +50,17 @@ void ListView::setDelegate(ListDelegate* delegate)
         return;
     dropAllViews();
     mDelegate = delegate;
+    mDelegateObject = dynamic_cast<QObject*>(delegate);
+    modelReset();
+}
+
+void ListView::modelDestroyed(QObject* model)
+{
+    // Its rows are not handed back to a delegate that is going with it.
+    if (model == mDelegateObject) {
+        mDelegate = nullptr;
+        mDelegateObject = nullptr;
+    }
     modelReset();
 }
 

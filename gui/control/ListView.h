@@ -88,6 +88,7 @@ signals:
 
 private slots:
     void modelReset();
+    void modelDestroyed(QObject* model);
     void rowsInserted(ListModel* model, int first, int count);
     void rowsRemoved(ListModel* model, int first, int count);
     void rowsChanged(ListModel* model, int first, int count);
@@ -129,6 +130,9 @@ private:
 
     QPointer<ListModel> mModel;
     ListDelegate* mDelegate = nullptr;
+    /// The delegate as an object, when it is one: a model that is its own delegate
+    /// is half gone by the time it says it is destroyed.
+    QObject* mDelegateObject = nullptr;
     DisplayView* mRows;
     ListRowHeights mHeights;
     QVector<int> mSectionStarts;

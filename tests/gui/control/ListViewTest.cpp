@@ -302,6 +302,36 @@ TEST_F(ListViewTest, ADelegateThatMakesNoViewIsReported)
     expectRowsInPlace();
 }
 
+// A model going away empties the list. A delegate of its own hands its rows back;
+// one that is the model itself is not called while it is being destroyed.
+TEST_F(ListViewTest, AModelGoingAwayEmptiesTheList)
+{
+    auto* other = new ItemModel(10);
+    list->setModel(other);
+    const QList<int> bound = list->boundRows();
+    ASSERT_FALSE(bound.isEmpty());
+    RowView* first = rowView(bound.first());
+    delete other;
+    EXPECT_TRUE(list->boundRows().isEmpty());
+    EXPECT_EQ(first->row, -1);
+    EXPECT_EQ(list->delegate(), &delegate);
+
+    struct SelfDelegating : ItemModel, RowDelegate
+    {
+        SelfDelegating() : ItemModel(10), RowDelegate(*static_cast<ItemModel*>(this)) {}
+        void unbindRow(DisplayView* view, int row) override { RowDelegate::unbindRow(view, row); }
+    };
+    auto* both = new SelfDelegating;
+    list->setDelegate(both);
+    list->setModel(both);
+    ASSERT_FALSE(list->boundRows().isEmpty());
+    LogCapture capture;
+    delete both;
+    EXPECT_TRUE(list->boundRows().isEmpty());
+    EXPECT_EQ(list->delegate(), nullptr);
+    EXPECT_TRUE(capture.assertions().isEmpty());
+}
+
 TEST_F(ListViewTest, TappingARowReportsIt)
 {
     QSignalSpy tapped(list, SIGNAL(rowTapped(ListView*, int)));
