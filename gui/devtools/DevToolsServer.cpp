@@ -195,6 +195,8 @@ void DevToolsServer::onWebSocketConnection()
                            .arg(socket->peerAddress().toString()));
             socket->close(QWebSocketProtocol::CloseCodePolicyViolated,
                           QStringLiteral("Another inspector client is already attached"));
+            // Gone once the close handshake ends, and with the server if it never does.
+            socket->setParent(this);
             connect(socket, &QWebSocket::disconnected, socket, &QObject::deleteLater);
             continue;
         }
