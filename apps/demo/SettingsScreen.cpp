@@ -41,7 +41,8 @@ QString SettingsScreen::screenName() const
     return mModel->page().isEmpty() ? mName : mName + QLatin1Char('/') + mModel->page();
 }
 
-void SettingsScreen::openPage(const QString& page)
+// By value: a tapped row passes the model's own string, which setPage() replaces.
+void SettingsScreen::openPage(QString page)
 {
     if (page == mModel->page() || !SettingsModel::pages().contains(page))
         return;

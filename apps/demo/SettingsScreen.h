@@ -24,7 +24,7 @@ public:
     ListView* list() const { return mList; }
     SettingsModel* model() const { return mModel; }
     // "" for the first page.
-    void openPage(const QString& page);
+    void openPage(QString page);
 
 private slots:
     void rowTapped(ListView* list, int row);

@@ -174,6 +174,23 @@ TEST_F(DemoScreensGLTest, EveryScreenLooksAsItShould)
     EXPECT_TRUE(log.assertions().isEmpty()) << log.assertions().join('\n').toStdString();
 }
 
+// Tapping a row that leads to a page opens it (the row's page name belongs to the
+// entries the new page replaces), and the main page comes back.
+TEST_F(DemoScreensGLTest, APageRowOpensItsPage)
+{
+    LogCapture log;
+    mDisplay = std::make_unique<CentreDisplay>(mDevice.get(), QStringLiteral("settings"));
+    auto* settings = static_cast<SettingsScreen*>(mDisplay->screen(QStringLiteral("settings")));
+    auto* list = settings->findChild<ListView*>();
+    ASSERT_NE(list, nullptr);
+    for (int row = 0; row < list->rowCount() && mDisplay->screenName() == "settings"; ++row)
+        emit list->rowTapped(list, row);
+    EXPECT_TRUE(mDisplay->screenName().startsWith("settings/")) << mDisplay->screenName().toStdString();
+    settings->openPage(QString());
+    EXPECT_EQ(mDisplay->screenName(), QStringLiteral("settings"));
+    EXPECT_TRUE(log.assertions().isEmpty()) << log.assertions().join('\n').toStdString();
+}
+
 TEST_F(DemoScreensGLTest, ABoundValueReachesItsLabelInTheSameTick)
 {
     mDisplay = std::make_unique<CentreDisplay>(mDevice.get(), QStringLiteral("climate"));
