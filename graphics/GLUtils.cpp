@@ -156,6 +156,11 @@ bool GLUtils::uploadEncoded(const QByteArray& data, const QString& fileName, GLu
         height = image.height();
         return upload(image, id, bytes, features);
     }
+    // Its PNM reader takes a header of 0 x 0 pixels for a picture.
+    if (width <= 0 || height <= 0) {
+        stbi_image_free(pixels);
+        return failed(fileName, QStringLiteral("the picture has no pixels"));
+    }
     // stb_image gives straight alpha; the engine blends premultiplied colours.
     for (int i = 0, n = width * height * 4; i < n; i += 4) {
         const unsigned a = pixels[i + 3];

@@ -182,6 +182,19 @@ TEST_F(TextureCacheTest, FilesLoadByExtensionAndFailuresDrawNothing)
     text.close();
     EXPECT_FALSE(cache()->bind(cache()->addOrLookup(notImage)));
     EXPECT_TRUE(log.messages().value(0).startsWith("Cannot load texture " + notImage + ": "));
+
+    // A header that declares no pixels is no picture, whichever decoder reads it.
+    log.clear();
+    mDriver.reset();
+    GLuint id = 7;
+    int width = -1, height = -1;
+    quint64 bytes = 1;
+    EXPECT_FALSE(GLUtils::uploadEncoded(QByteArray("P6\n0 0\n255\n"), "empty.ppm", id, width, height, bytes,
+                                        TextureFeatures()));
+    EXPECT_EQ(id, 0u);
+    EXPECT_EQ(bytes, 0u);
+    EXPECT_EQ(log.messages(), QStringList{"Cannot load texture empty.ppm: the picture has no pixels"});
+    EXPECT_EQ(mDriver.count("glGenTextures"), 0);
 }
 
 TEST_F(TextureCacheTest, EvictedTexturesDrawnAgainCountAgainstTheBudget)
