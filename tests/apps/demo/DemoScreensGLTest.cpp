@@ -285,6 +285,13 @@ TEST(DemoTourGLTest, TheTourVisitsEveryScreenWithoutAssertions)
     QTemporaryDir out;
     QProcess demo;
     demo.setProcessChannelMode(QProcess::MergedChannels);
+    // Under the address sanitizer the demo's exit would end in a leak report from the
+    // GL driver, which is unloaded by then and cannot be named by a suppression. The
+    // demo's own code is leak-checked in this process by the screen tests.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("ASAN_OPTIONS"),
+                       environment.value(QStringLiteral("ASAN_OPTIONS")) + QStringLiteral(":detect_leaks=0"));
+    demo.setProcessEnvironment(environment);
     demo.start(QStringLiteral(ORBIS_DEMO_BINARY),
                {QStringLiteral("--script"), QStringLiteral(ORBIS_DEMO_TOUR), QStringLiteral("--screens"),
                 out.path()});
