@@ -127,6 +127,13 @@ void SharedTextureManager::destroyPendingTextures()
     }
 }
 
+void SharedTextureManager::releaseTextures()
+{
+    for (Pool& p : mPools)
+        for (const std::shared_ptr<SharedTexturePage>& page : qAsConst(p.pages))
+            page->releaseTexture();
+}
+
 int SharedTextureManager::pageCount(int pool) const
 {
     return pool >= 0 && pool < mPools.size() ? mPools[pool].pages.size() : 0;

@@ -67,6 +67,11 @@ public:
     /// pages deleted (their textures join the texture cache's expired ones).
     void destroyPendingTextures();
 
+    /// The context that held the pages' textures is going (the last window closes):
+    /// they are deleted. Places stay taken, but a slot kept beyond this must have
+    /// its pixels uploaded again.
+    void releaseTextures();
+
     int pageCount(int pool) const;
     /// GPU bytes of all pages bound so far.
     quint64 bytes() const;

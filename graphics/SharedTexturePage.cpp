@@ -44,19 +44,23 @@ void SharedTexturePage::reclaim()
 
 bool SharedTexturePage::bind()
 {
-    if (!mTexture.isCreated() && !mTexture.allocate(mAllocator.size(), mFormat))
-        return false;
+    if (!mTexture) {
+        auto texture = std::make_unique<Texture2D>();
+        if (!texture->allocate(mAllocator.size(), mFormat))
+            return false;
+        mTexture = std::move(texture);
+    }
     {
         // Held through the uploads: a slot dropped meanwhile on another thread
         // must not go while its pixels are read.
         std::lock_guard<std::mutex> lock(mMutex);
         for (SharedTextureSlot::Data* slot : qAsConst(mPending)) {
-            mTexture.uploadSubImage(slot->outer.topLeft(), slot->pending);
+            mTexture->uploadSubImage(slot->outer.topLeft(), slot->pending);
             slot->pending = QImage();
         }
         mPending.clear();
     }
-    return mTexture.bind();
+    return mTexture->bind();
 }
 
 } // namespace gfx

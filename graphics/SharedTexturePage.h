@@ -7,6 +7,7 @@
 #include "Texture2D.h"
 
 #include <QVector>
+#include <memory>
 #include <mutex>
 
 namespace gfx {
@@ -26,7 +27,7 @@ public:
     QSize size() const { return mAllocator.size(); }
     GLenum format() const { return mFormat; }
     // Storage on the GPU once first bound.
-    quint64 bytes() const { return mTexture.bytes(); }
+    quint64 bytes() const { return mTexture ? mTexture->bytes() : 0; }
     bool isEmpty() const { return mAllocator.isEmpty(); }
 
     // A place of `size` plus its border, or false when the page is full.
@@ -38,13 +39,16 @@ public:
     void reclaim();
     // Creates the texture on first use, uploads what is waiting and binds it.
     bool bind();
+    // Gives up the texture with the context it lives in; the next bind makes a new
+    // one, holding only what is uploaded after.
+    void releaseTexture() { mTexture.reset(); }
 
 private:
     quint64 mUid;
     int mPool;
     GLenum mFormat;
     AtlasAllocator mAllocator;
-    Texture2D mTexture;
+    std::unique_ptr<Texture2D> mTexture;
     std::mutex mMutex;
     QVector<SharedTextureSlot::Data*> mPending;
     QVector<QRect> mFreed;

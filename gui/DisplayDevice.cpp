@@ -26,6 +26,7 @@
 #include <QKeyEvent>
 #include <QWheelEvent>
 #include <ShaderCache.h>
+#include <SharedTextureManager.h>
 #include <TextureCache.h>
 #include <algorithm>
 #include <cmath>
@@ -179,6 +180,8 @@ DisplayDevice::~DisplayDevice()
         if (Singleton<gfx::GlyphCache>::exists())
             gfx::GlyphCache::instance()->releaseTextures();
         Singleton<gfx::CoverageMaskCache>::reset();
+        if (Singleton<gfx::SharedTextureManager>::exists())
+            gfx::SharedTextureManager::instance()->releaseTextures();
         if (Singleton<gfx::TextureCache>::exists()) {
             gfx::TextureCache::instance()->clear();
             gfx::TextureCache::instance()->destroyExpiredTextures();

@@ -12,6 +12,8 @@
 #include <QGLFramebufferObject>
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
 #include <QProcess>
 #include <QScreen>
 #include <QStandardPaths>
@@ -53,6 +55,22 @@ public:
 
 private:
     int mDraws = 0;
+};
+
+// An antialiased ring, filled through a coverage mask.
+class RingView : public DisplayView
+{
+public:
+    using DisplayView::DisplayView;
+    void draw(QPainter& painter) override
+    {
+        QPainterPath ring;
+        ring.addEllipse(QRectF(6, 6, 36, 36));
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(QColor(96, 160, 255), 6));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawPath(ring);
+    }
 };
 
 // Notes that the window received a button press (and lets it through).
@@ -378,6 +396,30 @@ TEST_F(DisplayDeviceGLTest, EveryPaintRouteDrawsTheSameFrame)
     layered->setLayerBackingType(ViewBuffer::QtPaintEngineBacking);
     layered->update();
     EXPECT_TRUE(sameAs(frame()));
+}
+
+TEST_F(DisplayDeviceGLTest, LaterWindowsDrawWhatTheFirstDrew)
+{
+    // Each window's context dies with it: what the shared atlases held there must
+    // not be sampled by the windows that follow.
+    QImage first;
+    for (int window = 0; window < 3; ++window) {
+        DisplayDevice& device = open();
+        auto* ring = new RingView(device.views(), "ring");
+        ring->resizeTo(48, 48);
+        const QImage image = frame();
+        mDevice.reset();
+        if (window == 0) {
+            first = image;
+            // The ring is hollow, its stroke antialiased.
+            EXPECT_EQ(at(image, 24, 24), kBlack);
+            EXPECT_EQ(at(image, 24, 6), qRgb(96, 160, 255));
+            continue;
+        }
+        for (int y = 0; y < 48; ++y)
+            for (int x = 0; x < 48; ++x)
+                ASSERT_EQ(at(image, x, y), at(first, x, y)) << "window " << window << " at " << x << "," << y;
+    }
 }
 
 TEST_F(DisplayDeviceGLTest, AFullTextureCacheThatKeepsDroppingTexturesIsReported)
