@@ -19,6 +19,14 @@ namespace {
 QHash<GLuint, quint64> gTracked;
 quint64 gTrackedBytes = 0;
 
+// stb_image decodes the pictures applications ship, PNG and JPEG, fastest. Its
+// readers of the rarer formats trust their headers (a 16-bit grey PNM reads past
+// its data), so those, and whatever it lacks, go through Qt's readers.
+bool decodedByStb(const QByteArray& data)
+{
+    return data.startsWith("\x89PNG\r\n\x1a\n") || data.startsWith("\xff\xd8\xff");
+}
+
 bool failed(const QString& fileName, const QString& reason)
 {
     ORBIS_ERROR(QStringLiteral("Cannot load texture %1: %2").arg(fileName, reason));
@@ -129,6 +137,7 @@ bool GLUtils::uploadEncoded(const QByteArray& data, const QString& fileName, GLu
     id = 0;
     bytes = 0;
     const auto* encoded = reinterpret_cast<const stbi_uc*>(data.constData());
+    const bool withStb = decodedByStb(data);
     int channels = 0;
     QBuffer buffer;
     buffer.setData(data);
@@ -136,7 +145,7 @@ bool GLUtils::uploadEncoded(const QByteArray& data, const QString& fileName, GLu
     // A few damaged header bytes can claim a picture of gigabytes: what no texture
     // can hold is refused before it is decoded.
     QSize declared;
-    if (stbi_info_from_memory(encoded, data.size(), &width, &height, &channels))
+    if (withStb && stbi_info_from_memory(encoded, data.size(), &width, &height, &channels))
         declared = QSize(width, height);
     else
         declared = reader.size();
@@ -146,20 +155,16 @@ bool GLUtils::uploadEncoded(const QByteArray& data, const QString& fileName, GLu
                                     .arg(declared.width())
                                     .arg(declared.height())
                                     .arg(largest));
-    stbi_uc* pixels = stbi_load_from_memory(encoded, data.size(), &width, &height, &channels, 4);
+    stbi_uc* pixels =
+        withStb ? stbi_load_from_memory(encoded, data.size(), &width, &height, &channels, 4) : nullptr;
     if (!pixels) {
-        // Formats stb_image lacks (SVG, WebP with the Qt plugins) still load.
         const QImage image = reader.read();
         if (image.isNull())
-            return failed(fileName, QString::fromLatin1(stbi_failure_reason()));
+            return failed(fileName,
+                          withStb ? QString::fromLatin1(stbi_failure_reason()) : reader.errorString());
         width = image.width();
         height = image.height();
         return upload(image, id, bytes, features);
-    }
-    // Its PNM reader takes a header of 0 x 0 pixels for a picture.
-    if (width <= 0 || height <= 0) {
-        stbi_image_free(pixels);
-        return failed(fileName, QStringLiteral("the picture has no pixels"));
     }
     // stb_image gives straight alpha; the engine blends premultiplied colours.
     for (int i = 0, n = width * height * 4; i < n; i += 4) {

@@ -183,17 +183,22 @@ TEST_F(TextureCacheTest, FilesLoadByExtensionAndFailuresDrawNothing)
     EXPECT_FALSE(cache()->bind(cache()->addOrLookup(notImage)));
     EXPECT_TRUE(log.messages().value(0).startsWith("Cannot load texture " + notImage + ": "));
 
-    // A header that declares no pixels is no picture, whichever decoder reads it.
+    // Damaged headers of the rarer formats: no pixels at all, and 16-bit grey
+    // samples declared for far more bytes than follow.
     log.clear();
     mDriver.reset();
-    GLuint id = 7;
-    int width = -1, height = -1;
-    quint64 bytes = 1;
-    EXPECT_FALSE(GLUtils::uploadEncoded(QByteArray("P6\n0 0\n255\n"), "empty.ppm", id, width, height, bytes,
-                                        TextureFeatures()));
-    EXPECT_EQ(id, 0u);
-    EXPECT_EQ(bytes, 0u);
-    EXPECT_EQ(log.messages(), QStringList{"Cannot load texture empty.ppm: the picture has no pixels"});
+    for (const QByteArray& damaged : {QByteArray("P6\n0 0\n255\n"), QByteArray("P5558\n7\n874\0\0\0", 14)}) {
+        GLuint id = 7;
+        int width = -1, height = -1;
+        quint64 bytes = 1;
+        EXPECT_FALSE(
+            GLUtils::uploadEncoded(damaged, "damaged.pgm", id, width, height, bytes, TextureFeatures()));
+        EXPECT_EQ(id, 0u);
+        EXPECT_EQ(bytes, 0u);
+    }
+    ASSERT_EQ(log.messages().size(), 2);
+    EXPECT_TRUE(log.messages()[1].startsWith("Cannot load texture damaged.pgm: "))
+        << log.messages()[1].toStdString();
     EXPECT_EQ(mDriver.count("glGenTextures"), 0);
 }
 
