@@ -46,6 +46,28 @@ void Geometry::setShape(const Shape& shape)
     mRect |= shape.boundingRect();
 }
 
+void Geometry::setColor(QRgb color)
+{
+    mColor = color;
+    mColored = true;
+}
+
+void Geometry::applyColor(QVector<Vertex>& vertices) const
+{
+    if (!mColored)
+        return;
+    const quint8 r = quint8(qRed(mColor));
+    const quint8 g = quint8(qGreen(mColor));
+    const quint8 b = quint8(qBlue(mColor));
+    const quint8 a = quint8(qAlpha(mColor));
+    for (Vertex& v : vertices) {
+        v.r = r;
+        v.g = g;
+        v.b = b;
+        v.a = a;
+    }
+}
+
 Geometry* Geometry::last()
 {
     Geometry* g = this;
@@ -159,6 +181,7 @@ QVector<Vertex> Geometry::triangulate(bool uncut) const
         out = mVertices;
         break;
     }
+    applyColor(out);
     return out;
 }
 

@@ -5,6 +5,7 @@
 #include "TexCoordInsets.h"
 #include "Vertex.h"
 
+#include <QColor>
 #include <QRect>
 #include <QRegion>
 #include <QVector>
@@ -91,6 +92,10 @@ public:
     QVector<Vertex> triangulate(bool uncut = false) const;
     GLenum primitive() const;
 
+    /// The colour written into every vertex that triangulate() returns; vertex
+    /// lists keep their own colours while none is set.
+    void setColor(QRgb color);
+
     Geometry* next() const { return mNext; }
     void setNext(Geometry* next) { mNext = next; }
     Geometry* last();
@@ -114,6 +119,7 @@ private:
     void appendArea(QVector<Vertex>& out, const QRegion& region, const QVector<QRectF>& fractionalRects,
                     const Shape* shape) const;
     QPointF texCoordAt(const QPointF& p) const;
+    void applyColor(QVector<Vertex>& vertices) const;
 
     Mode mMode;
     QRect mRect;
@@ -126,6 +132,8 @@ private:
     QVector<Vertex> mVertices;
     QVector<quint16> mIndices;
     Geometry* mNext = nullptr;
+    QRgb mColor = 0;
+    bool mColored = false;
     bool mUploaded = false;
     int mFirstVertex = 0;
     int mVertexCount = 0;

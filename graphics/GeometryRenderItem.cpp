@@ -1,5 +1,7 @@
 #include "GeometryRenderItem.h"
 
+#include "ShaderUsage.h"
+
 #include <Logger.h>
 
 namespace gfx {
@@ -7,6 +9,15 @@ namespace gfx {
 namespace {
 const char* const kLogSource = "graphics/GeometryRenderItem";
 } // namespace
+
+GeometryRenderItem::GeometryRenderItem(ShaderUsage* usage, Geometry* geometry)
+    : RenderItem(kGeometry, usage), mGeometry(geometry)
+{
+    if (!usage || !usage->color().isValid())
+        return;
+    for (Geometry* g = geometry; g; g = g->next())
+        g->setColor(usage->color().rgba());
+}
 
 bool GeometryRenderItem::merge(GeometryRenderItem* earlier)
 {

@@ -13,9 +13,9 @@ class ORBIS_UI_INTERNAL_EXPORT GeometryRenderItem : public RenderItem
 public:
     static constexpr quint32 kMaxMerges = 51;
 
-    GeometryRenderItem(ShaderUsage* usage, Geometry* geometry)
-        : RenderItem(kGeometry, usage), mGeometry(geometry)
-    {}
+    // The geometry takes the usage's colour into its vertices, for the programs
+    // that colour per vertex.
+    GeometryRenderItem(ShaderUsage* usage, Geometry* geometry);
     ~GeometryRenderItem() override { delete mGeometry; }
 
     // Takes over `earlier` (an item earlier in the list with an equal usage and the

@@ -17,6 +17,25 @@ void main()
 }
 )";
 
+// The colour arrives as 8-bit channels, not normalised, and is premultiplied here
+// in the order the uniform colour of the other programs is.
+const char* const kColoredVertexShader = R"(#version 100
+attribute vec2 aPosition;
+attribute vec2 aTexCoord;
+attribute vec4 aColor;
+uniform mat4 uMatrix;
+uniform float uOpacity;
+varying vec2 vTexCoord;
+varying vec4 vColor;
+void main()
+{
+    vTexCoord = aTexCoord;
+    float a = aColor.a / 255.0 * uOpacity;
+    vColor = vec4(aColor.rgb / 255.0 * a, a);
+    gl_Position = uMatrix * vec4(aPosition, 0.0, 1.0);
+}
+)";
+
 const char* const kFragmentHeader = "#version 100\nprecision mediump float;\nvarying vec2 vTexCoord;\n";
 
 // A position along the gradient picks one of the ramp's 1024 entries, as the
@@ -132,7 +151,7 @@ QByteArray builtinFragment(ShaderCache::Builtin builtin)
 {
     switch (builtin) {
     case ShaderCache::kColor:
-        return "uniform vec4 uColor;\nvoid main() { gl_FragColor = uColor; }\n";
+        return "varying vec4 vColor;\nvoid main() { gl_FragColor = vColor; }\n";
     case ShaderCache::kTexture:
         return "uniform sampler2D uTexture;\nuniform float uOpacity;\n"
                "void main() { gl_FragColor = texture2D(uTexture, vTexCoord) * uOpacity; }\n";
@@ -159,8 +178,8 @@ QByteArray builtinFragment(ShaderCache::Builtin builtin)
         return "uniform sampler2D uTexture;\nuniform vec4 uColor;\n"
                "void main() { gl_FragColor = texture2D(uTexture, vTexCoord) * uColor; }\n";
     case ShaderCache::kAlphaTexture:
-        return "uniform sampler2D uTexture;\nuniform vec4 uColor;\n"
-               "void main() { gl_FragColor = uColor * texture2D(uTexture, vTexCoord).a; }\n";
+        return "uniform sampler2D uTexture;\nvarying vec4 vColor;\n"
+               "void main() { gl_FragColor = vColor * texture2D(uTexture, vTexCoord).a; }\n";
     default:
         return QByteArray();
     }
@@ -186,7 +205,8 @@ ShaderProgram* ShaderCache::compiled(int id, const QByteArray& vertexSource, con
 ShaderProgram* ShaderCache::program(Builtin builtin)
 {
     if (!isGradient(builtin))
-        return compiled(builtin, kVertexShader, kFragmentHeader + builtinFragment(builtin));
+        return compiled(builtin, takesVertexColor(builtin) ? kColoredVertexShader : kVertexShader,
+                        kFragmentHeader + builtinFragment(builtin));
     const QByteArray defines = isMaskedGradient(builtin) ? "#define MASKED\n" : "";
     // The defines must follow the #version line.
     QByteArray header = kGradientFragmentHeader;

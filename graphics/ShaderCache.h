@@ -38,6 +38,9 @@ public:
     static ShaderCache* instance() { return Singleton<ShaderCache>::instance(); }
     ~ShaderCache();
 
+    /// Programs that take their colour from the vertices rather than from uColor.
+    static bool takesVertexColor(Builtin builtin) { return builtin == kColor || builtin == kAlphaTexture; }
+
     ShaderProgram* program(Builtin builtin);
     /// The custom program when `key` is set, else the builtin one.
     ShaderProgram* program(const CustomShaderKey& key, Builtin fallback);

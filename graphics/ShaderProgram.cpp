@@ -41,6 +41,7 @@ ShaderProgram::ShaderProgram(const QString& name, const QByteArray& vertexSource
     f->glAttachShader(program, fragment);
     f->glBindAttribLocation(program, 0, "aPosition");
     f->glBindAttribLocation(program, 1, "aTexCoord");
+    f->glBindAttribLocation(program, 2, "aColor");
     f->glLinkProgram(program);
     f->glDeleteShader(vertex);
     f->glDeleteShader(fragment);

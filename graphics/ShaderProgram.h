@@ -14,7 +14,8 @@ class QVector4D;
 
 namespace gfx {
 
-/// A linked GLSL ES 1.00 program with attribute 0 "aPosition" and 1 "aTexCoord".
+/// A linked GLSL ES 1.00 program with attribute 0 "aPosition", 1 "aTexCoord" and
+/// 2 "aColor".
 /// Uniform locations are looked up once; setters ignore uniforms the program lacks,
 /// so that custom shaders may use any subset, and values the program already holds.
 class ORBIS_UI_EXPORT ShaderProgram

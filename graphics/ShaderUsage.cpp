@@ -40,9 +40,10 @@ void ShaderUsage::setBlendFunc(GLenum source, GLenum destination)
 bool ShaderUsage::equals(const ShaderUsage* other) const
 {
     return other && typeid(*this) == typeid(*other) && mBuiltin == other->mBuiltin &&
-           mColor == other->mColor && mTextures == other->mTextures && mOpacity == other->mOpacity &&
-           mMatrix == other->mMatrix && mCustomShader == other->mCustomShader &&
-           mBlendSource == other->mBlendSource && mBlendDestination == other->mBlendDestination;
+           (mColor == other->mColor || (coloursVertices() && needsBlending() == other->needsBlending())) &&
+           mTextures == other->mTextures && mOpacity == other->mOpacity && mMatrix == other->mMatrix &&
+           mCustomShader == other->mCustomShader && mBlendSource == other->mBlendSource &&
+           mBlendDestination == other->mBlendDestination;
 }
 
 ShaderProgram* ShaderUsage::shader(const RenderState&) const
@@ -63,7 +64,7 @@ bool ShaderUsage::bind(const RenderState& state)
     program->setUniform("uMatrix", matrix);
     const float opacity = mOpacity * state.opacity;
     program->setUniform("uOpacity", opacity);
-    if (mColor.isValid())
+    if (mColor.isValid() && !coloursVertices())
         program->setUniform("uColor", mColor, opacity);
     TextureCache* cache = TextureCache::instance();
     bool bound = true;

@@ -54,6 +54,9 @@ public:
                (mBlendDestination != GL_ONE_MINUS_SRC_ALPHA && mBlendDestination != GL_ZERO);
     }
     const QColor& color() const { return mColor; }
+    /// Whether the program takes the colour from the vertices: usages that differ
+    /// only in colour then draw together.
+    bool coloursVertices() const { return mCustomShader.isNull() && ShaderCache::takesVertexColor(mBuiltin); }
     const QVector<TextureKey>& textures() const { return mTextures; }
     /// Keeps the textures of a usage merged into this one: keys that compare equal
     /// may still be different objects (slots on one shared page) whose pixels must

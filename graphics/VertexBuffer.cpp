@@ -4,6 +4,8 @@
 #include "GLStateManager.h"
 #include "GeometryBufferAllocator.h"
 
+#include <cstddef>
+
 namespace gfx {
 
 namespace {
@@ -11,7 +13,7 @@ namespace {
 // another buffer is bound the cached ones no longer describe the driver's.
 void forgetPointers(GLState& state)
 {
-    for (int i = 0; i < 2; ++i)
+    for (int i = 0; i < 3; ++i)
         state.attribs[i].pointer.valid = false;
 }
 } // namespace
@@ -88,7 +90,10 @@ void VertexBuffer::bind()
     state->glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, stride, nullptr);
     state->glEnableVertexAttribArray(1);
     state->glVertexAttribPointer(1, 2, GL_FLOAT, GL_FALSE, stride,
-                                 reinterpret_cast<const void*>(2 * sizeof(float)));
+                                 reinterpret_cast<const void*>(offsetof(Vertex, u)));
+    state->glEnableVertexAttribArray(2);
+    state->glVertexAttribPointer(2, 4, GL_UNSIGNED_BYTE, GL_FALSE, stride,
+                                 reinterpret_cast<const void*>(offsetof(Vertex, r)));
 }
 
 } // namespace gfx

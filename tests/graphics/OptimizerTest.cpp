@@ -96,18 +96,20 @@ TEST_F(OptimizerTest, RotatedItemsPromiseNoOpaqueArea)
 
 TEST_F(OptimizerTest, EqualNeighboursMergeUnlessADifferentItemOverlapsBetween)
 {
+    // Blending sets the opaque blue apart; colours alone do not.
     const QColor red(255, 0, 0, 128);
+    const QColor green(0, 255, 0, 64);
     mBuilder.drawColoredRect(QRect(0, 0, 10, 10), red);
-    mBuilder.drawColoredRect(QRect(5, 0, 10, 10), QColor(0, 0, 255, 128));
-    mBuilder.drawColoredRect(QRect(40, 0, 10, 10), red);
+    mBuilder.drawColoredRect(QRect(5, 0, 10, 10), Qt::blue);
+    mBuilder.drawColoredRect(QRect(40, 0, 10, 10), green);
     auto& blocked = take();
     optimize(blocked, false);
     EXPECT_EQ(liveItems(blocked), 3);
     qDeleteAll(blocked);
 
     mBuilder.drawColoredRect(QRect(0, 0, 10, 10), red);
-    mBuilder.drawColoredRect(QRect(20, 0, 10, 10), QColor(0, 0, 255, 128));
-    mBuilder.drawColoredRect(QRect(40, 0, 10, 10), red);
+    mBuilder.drawColoredRect(QRect(20, 0, 10, 10), Qt::blue);
+    mBuilder.drawColoredRect(QRect(40, 0, 10, 10), green);
     auto& items = take();
     optimize(items, false);
     EXPECT_EQ(items[0], nullptr);
@@ -119,6 +121,11 @@ TEST_F(OptimizerTest, EqualNeighboursMergeUnlessADifferentItemOverlapsBetween)
     EXPECT_EQ(merged->mGeometry->region(), QRegion(0, 0, 10, 10));
     EXPECT_EQ(merged->mGeometry->next()->region(), QRegion(40, 0, 10, 10));
     EXPECT_EQ(merged->mGeometry->rect(), QRect(0, 0, 50, 10));
+    // Each keeps its colour in its vertices.
+    const Vertex first = merged->mGeometry->triangulate().value(0);
+    const Vertex second = merged->mGeometry->next()->triangulate().value(0);
+    EXPECT_EQ(qRgba(first.r, first.g, first.b, first.a), red.rgba());
+    EXPECT_EQ(qRgba(second.r, second.g, second.b, second.a), green.rgba());
 }
 
 TEST_F(OptimizerTest, AnItemAbsorbsAtMostFiftyOneOthers)

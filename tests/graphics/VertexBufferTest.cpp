@@ -23,21 +23,22 @@ TEST(VertexBufferTest, UploadsOnlyTheTailUntilAFramePasses)
     EXPECT_EQ(buffer->append(vertices(4)), 0);
     buffer->bind();
     // A new store filled in one call.
-    EXPECT_TRUE(driver.log().filter("glBufferData").value(0).startsWith("glBufferData(34962, 64, "));
+    EXPECT_TRUE(driver.log().filter("glBufferData").value(0).startsWith("glBufferData(34962, 80, "));
     EXPECT_EQ(driver.count("glBufferSubData"), 0);
     // Grown after a draw: a store with room to spare, then everything again.
     EXPECT_EQ(buffer->append(vertices(2)), 4);
     driver.reset();
     buffer->bind();
-    EXPECT_EQ(driver.log().filter("glBufferData").value(0), "glBufferData(34962, 144, 0, 35048)");
-    EXPECT_TRUE(driver.log().filter("glBufferSubData").value(0).startsWith("glBufferSubData(34962, 0, 96, "));
+    EXPECT_EQ(driver.log().filter("glBufferData").value(0), "glBufferData(34962, 180, 0, 35048)");
+    EXPECT_TRUE(
+        driver.log().filter("glBufferSubData").value(0).startsWith("glBufferSubData(34962, 0, 120, "));
     // Within the room only the tail goes.
     buffer->append(vertices(3));
     driver.reset();
     buffer->bind();
     EXPECT_EQ(driver.count("glBufferData"), 0);
     EXPECT_TRUE(
-        driver.log().filter("glBufferSubData").value(0).startsWith("glBufferSubData(34962, 96, 48, "));
+        driver.log().filter("glBufferSubData").value(0).startsWith("glBufferSubData(34962, 120, 60, "));
     driver.reset();
     GeometryBufferAllocator::instance()->nextFrame();
     buffer->bind(); // nothing new: nothing sent
@@ -45,7 +46,7 @@ TEST(VertexBufferTest, UploadsOnlyTheTailUntilAFramePasses)
     GeometryBufferAllocator::instance()->nextFrame();
     buffer->append(vertices(1));
     buffer->bind();
-    EXPECT_TRUE(driver.log().filter("glBufferData").value(0).startsWith("glBufferData(34962, 160, "));
+    EXPECT_TRUE(driver.log().filter("glBufferData").value(0).startsWith("glBufferData(34962, 200, "));
     EXPECT_EQ(driver.count("glBufferSubData"), 0);
 }
 
@@ -65,7 +66,7 @@ TEST(VertexBufferTest, TheBuffersOfGoneListsServeTheNextOnes)
     EXPECT_EQ(driver.count("glDeleteBuffers"), 0);
     // The same name stays bound: neither the binding nor the pointers are sent again.
     EXPECT_EQ(driver.count("glBindBuffer"), 1);
-    EXPECT_EQ(driver.count("glVertexAttribPointer"), 2);
+    EXPECT_EQ(driver.count("glVertexAttribPointer"), 3);
     EXPECT_EQ(driver.count("glBufferData"), 3);
 
     // Only a few are kept.
@@ -93,19 +94,19 @@ TEST(VertexBufferTest, SwitchingBuffersRepointsTheAttributes)
     EXPECT_EQ(GeometryBufferAllocator::instance()->liveBuffers(), live + 2);
     first->bind();
     first->bind();
-    EXPECT_EQ(driver.count("glVertexAttribPointer"), 2);
+    EXPECT_EQ(driver.count("glVertexAttribPointer"), 3);
     second->bind();
     first->bind();
-    EXPECT_EQ(driver.count("glVertexAttribPointer"), 6);
+    EXPECT_EQ(driver.count("glVertexAttribPointer"), 9);
     EXPECT_EQ(driver.count("glBindBuffer"), 3);
     // A gone list's buffer is kept bound and described: nothing to repoint.
     first.reset();
     EXPECT_EQ(driver.count("glDeleteBuffers"), 0);
     auto third = GeometryBufferAllocator::instance()->create();
     third->bind();
-    EXPECT_EQ(driver.count("glVertexAttribPointer"), 6);
+    EXPECT_EQ(driver.count("glVertexAttribPointer"), 9);
     second->bind();
-    EXPECT_EQ(driver.count("glVertexAttribPointer"), 8);
+    EXPECT_EQ(driver.count("glVertexAttribPointer"), 12);
 }
 
 } // namespace

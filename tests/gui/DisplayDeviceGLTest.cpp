@@ -312,10 +312,10 @@ TEST_F(DisplayDeviceGLTest, EachLayerIsCompositedOnceOverTheWholeDamage)
         first->update();
         second->update();
         device.doTick();
-        // Each rectangle is cleared; the views are drawn into the root layer, which
-        // reaches the screen in one draw.
+        // Each rectangle is cleared; the views, of two colours, are drawn into the
+        // root layer together, which reaches the screen in one draw.
         EXPECT_EQ(recorder.count("glClear"), 2);
-        EXPECT_EQ(recorder.count("glDrawArrays"), 2 + 1);
+        EXPECT_EQ(recorder.count("glDrawArrays"), 1 + 1);
     }
     // A turned layer is cut only by the scissor: where it reaches out of the damage
     // the damage is drawn rectangle by rectangle.
@@ -329,7 +329,7 @@ TEST_F(DisplayDeviceGLTest, EachLayerIsCompositedOnceOverTheWholeDamage)
         device.doTick();
         // The two views and the layer's corner; the root layer in each of the three
         // rectangles and the turned layer in its own.
-        EXPECT_EQ(recorder.count("glDrawArrays"), 2 + 1 + 3 + 1);
+        EXPECT_EQ(recorder.count("glDrawArrays"), 1 + 1 + 3 + 1);
     }
     const QImage image = frame();
     EXPECT_EQ(at(image, 5, 5), kRed);
