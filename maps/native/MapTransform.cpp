@@ -21,6 +21,9 @@ ConfigRealValue gMinPerspectiveScaling("maps/minPerspectiveScaling", 0.5);
 // Queued signals carry cameras between threads.
 [[maybe_unused]] const int kMetaTypeId = qRegisterMetaType<MapTransform>();
 
+// Where QTransform clips projected shapes: points nearer the eye than this are cut.
+constexpr double kNearPlane = 0.000001;
+
 // Tile and pixel indices stay far from int overflow whatever the camera holds.
 constexpr double kIndexLimit = 1 << 30;
 
@@ -266,10 +269,24 @@ QPolygonF MapTransform::projectedViewPolygonFromTile(const QPoint& tile) const
     // A rotated tile is replaced by its bounding box, so the quad errs on the large side.
     const QRectF world(relativeWorldPixelsFromTile(tile), QSizeF(mTileSize));
     const QRectF view = mWorldToView.mapRect(world).translated(mReferenceViewPoint);
+    const QTransform& t = mProjection.transform;
     // QTransform clips a polygon at the eye plane under perspective. Tiles that
     // reach far below a steeply tilted view have corners behind the eye; mapped
-    // point by point, their quads would blow up over the whole view.
-    return mProjection.transform.map(QPolygonF(view));
+    // point by point, their quads would blow up over the whole view. That clipping
+    // goes through a painter path, which is costly; a quad wholly in front of the eye
+    // plane maps to the same points one by one.
+    const auto inFront = [&t](double x, double y) {
+        return t.m13() * x + t.m23() * y + t.m33() > kNearPlane;
+    };
+    if (t.type() == QTransform::TxProject &&
+        !(inFront(view.left(), view.top()) && inFront(view.right(), view.top()) &&
+          inFront(view.right(), view.bottom()) && inFront(view.left(), view.bottom())))
+        return t.map(QPolygonF(view));
+    const QPolygonF quad(view);
+    QPolygonF mapped(quad.size());
+    for (int i = 0; i < quad.size(); ++i)
+        mapped[i] = t.map(quad[i]);
+    return mapped;
 }
 
 QVector<QPoint> MapTransform::tilePoints(int maxTiles, const QPointF& center, const QRegion& covered,

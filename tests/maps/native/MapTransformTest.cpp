@@ -223,6 +223,30 @@ TEST_F(MapTransformTest, CoveredTilesAndTheInstrumentCluster)
         EXPECT_TRUE(display.contains(tile));
 }
 
+TEST_F(MapTransformTest, TiltedTileQuadsMatchThePerspectiveClip)
+{
+    // Quads in front of the eye are mapped corner by corner; those reaching behind it
+    // are clipped at the eye plane. Either way the quad is the one that mapping the
+    // whole polygon through the projection gives.
+    const MapTransform steep = offGrid(30, 60);
+    const QTransform& projection = steep.projection().transform;
+    const QPoint centre = steep.tilePointFromViewPixels(QPointF(960, 600)).toPoint();
+    int behindTheEye = 0;
+    for (int dx = -12; dx <= 12; ++dx) {
+        for (int dy = -40; dy <= 40; ++dy) {
+            const QPoint tile = centre + QPoint(dx, dy);
+            const QRectF world(steep.relativeWorldPixelsFromTile(tile), QSizeF(steep.tileSize()));
+            const QRectF view = steep.worldToView().mapRect(world).translated(steep.referenceViewPoint());
+            const QPolygonF exact = projection.map(QPolygonF(view));
+            for (const QPointF& corner : QPolygonF(view))
+                behindTheEye +=
+                    projection.m13() * corner.x() + projection.m23() * corner.y() + projection.m33() <= 0;
+            EXPECT_EQ(steep.projectedViewPolygonFromTile(tile), exact) << dx << "," << dy;
+        }
+    }
+    EXPECT_GT(behindTheEye, 0); // the grid reaches behind the eye
+}
+
 TEST_F(MapTransformTest, BoundedRectClampsOnlyTheFarEdgesAtZero)
 {
     EXPECT_EQ(
