@@ -4,6 +4,7 @@
 #include "DataValueManager.h"
 #include "DisplayDeviceWidget.h"
 #include "DisplayViewAnimation.h"
+#include "DisplayViewExtras.h"
 #include "Graphics.h"
 #include "Logger.h"
 #include "PopupView.h"
@@ -170,7 +171,8 @@ DisplayDevice::~DisplayDevice()
     qDeleteAll(mAnimations);
     mAnimations.clear();
     mDisplays.removeOne(this);
-    mLayer.reset();
+    if (mExtras)
+        mExtras->mLayer.reset();
     // The last window takes its context's programs and textures with it: the caches
     // must not hand their names to the contexts of later windows.
     if (mWidget &&

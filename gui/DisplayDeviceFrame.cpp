@@ -179,7 +179,7 @@ QMatrix4x4 DisplayDevice::screenMatrix(DisplayView* view) const
         QMatrix4x4 step;
         const QPoint at = view->positionInParent();
         step.translate(float(at.x()), float(at.y()));
-        step *= *view->mLayerTransform;
+        step *= view->layerTransform();
         matrix = step * matrix;
     }
     return matrix;
@@ -195,7 +195,7 @@ void DisplayDevice::renderViews(DisplayView* view, DisplayView* layerParent)
             // The target holds this layer's pixels: it must be recomposited there.
             const QMatrix4x4 toTarget = screenMatrix(target).inverted() * screenMatrix(view);
             for (const QRect& rect : buffer->dirtyRegion())
-                mNestedRendered[target] += toTarget.mapRect(rect);
+                mNestedRendered[target] += gfx::RenderItem::mappedBounds(toTarget, rect);
         }
         renderView(view, buffer, target == nullptr);
         layerParent = view;
@@ -218,7 +218,7 @@ void DisplayDevice::renderView(DisplayView* view, ViewBuffer* buffer, bool revea
     if (revealOnScreen) {
         const QMatrix4x4 toScreen = screenMatrix(view);
         for (const QRect& rect : dirty)
-            reveal(toScreen.mapRect(rect));
+            reveal(gfx::RenderItem::mappedBounds(toScreen, rect));
     }
     const QSize pixels = Graphics::roundedScaledRect(QRect(QPoint(), area.size()), windowScale).size();
     const int maxArea = gMaxSingleLayerArea.value();
@@ -380,7 +380,7 @@ void DisplayDevice::collectLayers(DisplayView* view, QVector<DisplayView*>* laye
 {
     if (!view->mVisible || view->mAlpha <= 0)
         return;
-    if (view->mLayer)
+    if (view->layer())
         layers->append(view);
     for (DisplayView* child : view->children().list())
         collectLayers(child, layers);
@@ -403,14 +403,14 @@ void DisplayDevice::compositeLayers()
     QVector<DisplayView*> layers;
     collectLayers(this, &layers);
     for (DisplayView* layer : qAsConst(layers)) {
-        if (layer->nestingTarget() || !layer->mLayer->framebuffer())
+        if (layer->nestingTarget() || !layer->layer()->framebuffer())
             continue;
         float opacity = 1.0f;
         for (DisplayView* v = layer; v; v = v->mParentView)
             opacity *= float(v->mAlpha);
         builder.setOpacity(opacity);
         drawLayer(builder, layer, screenMatrix(layer),
-                  layer->mLayer->backingType() != ViewBuffer::OpaqueBacking || opacity < 1.0f);
+                  layer->layer()->backingType() != ViewBuffer::OpaqueBacking || opacity < 1.0f);
     }
     const QString image = gCompImageLocation.value();
     if (!image.isEmpty()) {
@@ -510,8 +510,8 @@ qint64 DisplayDevice::layerMemory(int* count)
     QList<DisplayView*> pending{this};
     while (!pending.isEmpty()) {
         DisplayView* view = pending.takeLast();
-        if (view->mLayer && view->mLayer->framebuffer()) {
-            const QSize size = view->mLayer->framebuffer()->size();
+        if (view->layer() && view->layer()->framebuffer()) {
+            const QSize size = view->layer()->framebuffer()->size();
             bytes += qint64(size.width()) * size.height() * 4;
             ++layers;
         }

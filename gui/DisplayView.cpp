@@ -1,5 +1,6 @@
 #include "DisplayView.h"
 
+#include "CssLayout.h"
 #include "DataValue.h"
 #include "DisplayDevice.h"
 #include "DisplayViewExtras.h"
@@ -8,18 +9,45 @@
 #include "DrawingContext.h"
 #include "LayoutAction.h"
 #include "Logger.h"
+#include "RenderItem.h"
 #include "StringDataValue.h"
 #include "TouchOwnership.h"
 
 #include <QMetaMethod>
+#include <QMutex>
+#include <QSet>
 #include <cstdlib>
 
 static const char* const kLogSource = "../../../gui/DisplayView";
 
 const QMatrix4x4 DisplayView::sIdentityMatrix;
 
+// Views of one kind mostly carry the same name: they share its characters rather
+// than each holding a copy. The table is bounded, so names made up at run time
+// (one per row, say) cannot grow it without end.
+static QString sharedViewName(const QString& name)
+{
+    static const int kMaxSharedNames = 4096;
+    static QMutex mutex;
+    static QSet<QString> names;
+    if (name.isEmpty())
+        return name;
+    QMutexLocker lock(&mutex);
+    const auto found = names.constFind(name);
+    if (found != names.cend())
+        return *found;
+    if (names.size() < kMaxSharedNames)
+        names.insert(name);
+    return name;
+}
+
 DisplayView::DisplayView(DisplayView* parent, const char* name)
-    : mViewName(sanitizeViewName(QString::fromLatin1(name)))
+    : mVisible(true), mEnabled(true), mFixedBrightness(false), mUseLayer(false), mCachedLayer(false),
+      mCompositeNestedLayers(false), mCanHaveKeyFocus(false), mCanClearKeyFocus(true), mDestroying(false),
+      mDeleteAfterAnimation(false), mPlacesOwnChildren(false), mInMoved(false), mInResized(false),
+      mEnableDeferredLayout(false), mLayoutDirty(false), mLayoutInProgress(false), mFixedSize(false),
+      mUseDisplayList(false), mLayerTransformed(false), mLayoutIsCss(false),
+      mViewName(sharedViewName(sanitizeViewName(QString::fromLatin1(name))))
 {
     resetParentChildrenIterator();
     place();
@@ -53,6 +81,44 @@ DisplayView::~DisplayView()
         delete mChildren.last();
     if (ext().mOwnsLayoutAction)
         delete ext().mLayoutAction;
+}
+
+DisplayView::Extras::Extras() = default;
+DisplayView::Extras::~Extras() = default;
+
+ViewBuffer* DisplayView::layer() const
+{
+    return mExtras ? mExtras->mLayer.get() : nullptr;
+}
+
+DataValue* DisplayView::valueSource() const
+{
+    return mExtras ? mExtras->mValueSource : nullptr;
+}
+
+CssLayout* DisplayView::cssLayout() const
+{
+    return mLayoutIsCss ? static_cast<CssLayout*>(mLayoutImpl.get()) : nullptr;
+}
+
+float DisplayView::scale() const
+{
+    return ext().mScale;
+}
+
+float DisplayView::angle() const
+{
+    return ext().mAngle;
+}
+
+float DisplayView::brightness() const
+{
+    return ext().mBrightness;
+}
+
+const QMatrix4x4& DisplayView::layerTransform() const
+{
+    return mLayerTransformed ? mExtras->mTransform : sIdentityMatrix;
 }
 
 DisplayView::Extras& DisplayView::extras()
@@ -109,26 +175,26 @@ void DisplayView::setDevice(DisplayDevice* device)
 void DisplayView::addToChildrenList(DisplayView* child)
 {
     mChildren.append(child);
-    if (mLayoutImpl)
-        mLayoutImpl->childAdded(child);
+    if (layoutImpl())
+        layoutImpl()->childAdded(child);
 }
 
 void DisplayView::removeFromChildrenList(DisplayView* child)
 {
     mChildren.remove(child);
-    if (mLayoutImpl)
-        mLayoutImpl->childRemoved(child);
+    if (layoutImpl())
+        layoutImpl()->childRemoved(child);
 }
 
 bool DisplayView::isParentChildrenIteratorValid() const
 {
-    return mParentView && mParentChildrenList == mParentView->mChildren.identity() &&
-           mParentChildrenIterator.i != nullptr && *mParentChildrenIterator == this;
+    // The parent's list re-points its children's iterators whenever it detaches, so a
+    // set iterator always refers to a node of the parent's current storage.
+    return mParentView && mParentChildrenIterator.i != nullptr && *mParentChildrenIterator == this;
 }
 
 void DisplayView::resetParentChildrenIterator()
 {
-    mParentChildrenList = nullptr;
     mParentChildrenIterator = DisplayViewList::iterator();
 }
 
@@ -188,8 +254,8 @@ void DisplayView::raise(DisplayView* above)
     } else {
         parentChildren.append(this);
     }
-    if (mParentView->mLayoutImpl)
-        mParentView->mLayoutImpl->childOrderChanged(this);
+    if (mParentView->layoutImpl())
+        mParentView->layoutImpl()->childOrderChanged(this);
     mParentView->childOrderChanged(this);
     reveal(false);
 }
@@ -216,8 +282,8 @@ void DisplayView::lower(DisplayView* below)
     } else {
         parentChildren.prepend(this);
     }
-    if (mParentView->mLayoutImpl)
-        mParentView->mLayoutImpl->childOrderChanged(this);
+    if (mParentView->layoutImpl())
+        mParentView->layoutImpl()->childOrderChanged(this);
     mParentView->childOrderChanged(this);
     reveal(false);
 }
@@ -226,8 +292,8 @@ void DisplayView::clearAllChildren()
 {
     while (!mChildren.isEmpty())
         delete mChildren.last();
-    if (mLayoutImpl)
-        mLayoutImpl->childrenCleared();
+    if (layoutImpl())
+        layoutImpl()->childrenCleared();
     childrenCleared();
 }
 
@@ -258,12 +324,12 @@ DisplayView* DisplayView::createPlaceholder(DisplayView* placeholder)
     if (!ORBIS_ASSERT(placeholder->isParentChildrenIteratorValid(),
                       QStringLiteral("Invalid children iterator")))
         return placeholder;
-    if (mLayoutImpl)
-        placeholder->setLayoutImpl(mLayoutImpl->cloneForPlaceholder(placeholder));
+    if (layoutImpl())
+        placeholder->setLayoutImpl(layoutImpl()->cloneForPlaceholder(placeholder));
     placeholder->applyPosition(mX, mY);
     placeholder->applySize(mWidth, mHeight);
-    if (mParentView->mLayoutImpl)
-        mParentView->mLayoutImpl->childAdded(placeholder);
+    if (mParentView->layoutImpl())
+        mParentView->layoutImpl()->childAdded(placeholder);
     mParentView->childAdded(placeholder);
     return placeholder;
 }
@@ -349,7 +415,8 @@ void DisplayView::reveal(bool force)
 
 QRect DisplayView::mapRectToParent(const QRect& rect) const
 {
-    const QRect mapped = mLayerTransform == &sIdentityMatrix ? rect : mLayerTransform->mapRect(rect);
+    // Damage must cover every pixel that the turned layer touches, even in part.
+    const QRect mapped = mLayerTransformed ? gfx::RenderItem::mappedBounds(mExtras->mTransform, rect) : rect;
     return mapped.translated(positionInParent());
 }
 
@@ -392,11 +459,11 @@ void DisplayView::update(DisplayView* source, const QRect& rect, bool force)
     if (clipped.isEmpty())
         return;
     emit updated(this, clipped);
-    if (mLayer) {
+    if (layer()) {
         // The repaint stays in this layer's buffer; on screen only the composited
         // area changes.
-        mLayer->update(clipped);
-        if ((mCompositingFlags & CompositeIntoParentLayer) && !(mParentView && mParentView->mLayer))
+        layer()->update(clipped);
+        if ((mCompositingFlags & CompositeIntoParentLayer) && !(mParentView && mParentView->layer()))
             viewAssert("parentView()->layer()",
                        QStringLiteral("View doesn't have parent to composite View: %1"), __LINE__);
         revealInDevice(clipped);
@@ -408,8 +475,8 @@ void DisplayView::update(DisplayView* source, const QRect& rect, bool force)
 
 void DisplayView::markDirtyRectsForRendering(bool recursive, bool force)
 {
-    if (mLayer)
-        mLayer->update(drawingAreaRect());
+    if (layer())
+        layer()->update(drawingAreaRect());
     update(this, drawingAreaRect(), force);
     if (recursive) {
         for (DisplayView* child : mChildren.list())
@@ -461,7 +528,7 @@ void DisplayView::drawChild(DisplayView* child, QPainter& painter, QRect rect, Q
     if (!child->mVisible && !(child->mDrawingFlags & DrawWhenHidden))
         return;
     // A child with a layer of its own is rendered into it and composited.
-    if (child->mLayer)
+    if (child->layer())
         return;
     const QPoint origin = offset + child->positionInParent();
     const QRect area = rect & child->drawingLayerRect().translated(origin);
@@ -560,8 +627,8 @@ DisplayView* DisplayView::viewAtPoint(QPoint point)
 {
     const Padding& pad = ext().mTouchPadding;
     QRect area(-pad.left, -pad.top, mWidth + pad.left + pad.right, mHeight + pad.top + pad.bottom);
-    if (mLayerTransform != &sIdentityMatrix)
-        area = mLayerTransform->mapRect(area);
+    if (mLayerTransformed)
+        area = mExtras->mTransform.mapRect(area);
     if (!area.contains(point))
         return nullptr;
     if ((mTouchFlags & KeepTouches) && mTouchCount > 0 && mDevice && mDevice->touchOwnership() &&
@@ -585,10 +652,12 @@ DisplayView* DisplayView::viewAtPoint(QPoint point)
 // Behaviour flags
 
 namespace {
-constexpr int kGestureShift = 8;
-constexpr int kRequiredGestureShift = 16;
-constexpr quint32 kIgnoreHorizontalDrag = 1u << 24;
-constexpr quint32 kIgnoreVerticalDrag = 1u << 25;
+// The touch flags: behaviours in bits 0-3, gestures in 4-7, required gestures in
+// 8-11, then the ignored drag directions.
+constexpr int kGestureShift = 4;
+constexpr int kRequiredGestureShift = 8;
+constexpr quint32 kIgnoreHorizontalDrag = 1u << 12;
+constexpr quint32 kIgnoreVerticalDrag = 1u << 13;
 
 template <typename Flags> void setFlag(Flags& flags, quint32 bits, bool on)
 {
@@ -765,26 +834,27 @@ void DisplayView::setValueSource(DataValue& value)
         return;
     }
     clearValueSource();
-    mValueSource = &value;
+    extras().mValueSource = &value;
     connect(&value, "2valueChanged(DataValue*)", this, "1sourceValueChanged(DataValue*)");
 }
 
 void DisplayView::setValueSource(StringDataValue& value)
 {
     clearValueSource();
-    mValueSource = &value;
+    extras().mValueSource = &value;
     connect(&value, "2stringValueChanged(StringDataValue*)", this, "1sourceValueChanged(StringDataValue*)");
 }
 
 void DisplayView::clearValueSource()
 {
-    if (!mValueSource)
+    DataValue* source = valueSource();
+    if (!source)
         return;
-    disconnect(mValueSource, "2valueChanged(DataValue*)", this, "1sourceValueChanged(DataValue*)");
-    if (qobject_cast<StringDataValue*>(mValueSource))
-        disconnect(mValueSource, "2stringValueChanged(StringDataValue*)", this,
+    disconnect(source, "2valueChanged(DataValue*)", this, "1sourceValueChanged(DataValue*)");
+    if (qobject_cast<StringDataValue*>(source))
+        disconnect(source, "2stringValueChanged(StringDataValue*)", this,
                    "1sourceValueChanged(StringDataValue*)");
-    mValueSource = nullptr;
+    mExtras->mValueSource = nullptr;
 }
 
 void DisplayView::sourceValueChanged(DataValue* value)
@@ -819,26 +889,29 @@ void DisplayView::valueChanged(bool, QString)
 
 double DisplayView::currentValue()
 {
-    if (!mValueSource)
+    DataValue* source = valueSource();
+    if (!source)
         return 0;
-    DataValue::ConditionalLocker lock(mValueSource);
-    return mValueSource->toReal();
+    DataValue::ConditionalLocker lock(source);
+    return source->toReal();
 }
 
 void DisplayView::setCurrentValue(double value)
 {
-    if (!ORBIS_ASSERT(mValueSource, QStringLiteral("No value source")))
+    if (!ORBIS_ASSERT(valueSource(), QStringLiteral("No value source")))
         return;
-    DataValue::EventLocker lock(mValueSource);
-    mValueSource->setValue(value);
+    DataValue* source = valueSource();
+    DataValue::EventLocker lock(source);
+    source->setValue(value);
 }
 
 void DisplayView::addToValueSource(double delta)
 {
-    if (!ORBIS_ASSERT(mValueSource, QStringLiteral("No value source")))
+    if (!ORBIS_ASSERT(valueSource(), QStringLiteral("No value source")))
         return;
-    DataValue::EventLocker lock(mValueSource);
-    mValueSource->addValue(delta);
+    DataValue* source = valueSource();
+    DataValue::EventLocker lock(source);
+    source->addValue(delta);
 }
 
 bool DisplayView::dvConnect(DataValue& value, const char* slot, bool callNow)
@@ -868,7 +941,7 @@ QString DisplayView::viewName()
 
 void DisplayView::setViewName(QString name)
 {
-    mViewName = sanitizeViewName(name);
+    mViewName = sharedViewName(sanitizeViewName(name));
 }
 
 QString DisplayView::viewPath()
@@ -924,7 +997,7 @@ QRectF DisplayView::boundingRect(float margin)
 
 float DisplayView::childViewBrightness(DisplayView*)
 {
-    return mBrightness;
+    return ext().mBrightness;
 }
 
 QPointF DisplayView::visualCenter() const

@@ -263,9 +263,9 @@ public:
     void setClip(const QRect& clip);
     void setOpaque(const QRect& opaque);
     float alpha() const { return float(mAlpha); }
-    float brightness() const { return mBrightness; }
-    float scale() const { return float(mScale); }
-    float angle() const { return float(mAngle); }
+    float brightness() const;
+    float scale() const;
+    float angle() const;
 
     /// Visibility and enablement.
     void show(bool visible = true);
@@ -300,7 +300,7 @@ public:
     const DisplayImage& layerMask() const;
     void setLayerBackingType(ViewBuffer::BackingType type);
     void setLayerTransform(const QMatrix4x4& transform);
-    const QMatrix4x4& layerTransform() const { return *mLayerTransform; }
+    const QMatrix4x4& layerTransform() const;
     void updateTransform();
     void setCompositeNestedLayers(bool composite);
     void updateCompositeNestedLayers();
@@ -310,7 +310,7 @@ public:
     void setOverlay(DisplayViewOverlay* overlay);
     void setShadow(DisplayViewShadow* shadow);
     void setShadowPadding(const Padding& padding);
-    ViewBuffer* layer() const { return mLayer.get(); }
+    ViewBuffer* layer() const;
     DisplayView* layerView();
     void setUseDisplayList();
     DisplayViewEffect* effect() const;
@@ -364,7 +364,7 @@ public:
     void setValueSource(DataValue& value);
     void setValueSource(StringDataValue& value);
     void clearValueSource();
-    DataValue* valueSource() const { return mValueSource; }
+    DataValue* valueSource() const;
     double currentValue();
     void setCurrentValue(double value);
     void addToValueSource(double delta);
@@ -383,8 +383,8 @@ public:
     /// own subtrees by flex rules.
     void setPlacesOwnChildren(bool places);
     bool placesOwnChildren() const { return mPlacesOwnChildren; }
-    bool usesCssLayout() const { return mCssLayout != nullptr; }
-    CssLayout* cssLayout() const { return mCssLayout; }
+    bool usesCssLayout() const { return cssLayout() != nullptr; }
+    CssLayout* cssLayout() const;
     void setCssDirection(css_direction_t direction);
     css_direction_t cssDirection() const;
     void setCssFlexDirection(css_flex_direction_t direction);
@@ -546,51 +546,43 @@ private:
     DisplayView* mParentView = nullptr;
     DisplayDevice* mDevice = nullptr;
     DisplayViewList mChildren;
-    const void* mParentChildrenList = nullptr;
     DisplayViewList::iterator mParentChildrenIterator;
 
     double mX = 0;
     double mY = 0;
     int mWidth = 0;
     int mHeight = 0;
-    double mAlpha = 1.0;
-    double mScale = 1.0;
-    double mAngle = 0.0;
-    float mBrightness = 1.0f;
-    const QMatrix4x4* mLayerTransform = &sIdentityMatrix;
+    // Every plain view pays for these, so they are kept narrow: the setters take
+    // floats, and the flags share bytes. Scale, angle and brightness live in the extras.
+    float mAlpha = 1.0f;
+    int mTouchCount = 0;
     QRect mPlacedRect;
-
-    quint32 mTouchFlags = 0;
+    quint16 mTouchFlags = 0;
     quint8 mUpdateFlags = 0;
     quint8 mDrawingFlags = 0;
     quint8 mCompositingFlags = 0;
-    bool mVisible = true;
-    bool mEnabled = true;
-    bool mFixedBrightness = false;
-    bool mUseLayer = false;
-    bool mCachedLayer = false;
-    bool mCompositeNestedLayers = false;
-    bool mCanHaveKeyFocus = false;
-    bool mCanClearKeyFocus = true;
-    bool mDestroying = false;
-    bool mDeleteAfterAnimation = false;
-    bool mPlacesOwnChildren = false;
-    bool mInMoved = false;
-    bool mInResized = false;
-    bool mEnableDeferredLayout = false;
-    bool mLayoutDirty = false;
-    bool mLayoutInProgress = false;
-    bool mFixedSize = false;
-    bool mUseDisplayList = false;
-    int mTouchCount = 0;
-
-    std::unique_ptr<ViewBuffer> mLayer;
-
-    DataValue* mValueSource = nullptr;
+    bool mVisible : 1;
+    bool mEnabled : 1;
+    bool mFixedBrightness : 1;
+    bool mUseLayer : 1;
+    bool mCachedLayer : 1;
+    bool mCompositeNestedLayers : 1;
+    bool mCanHaveKeyFocus : 1;
+    bool mCanClearKeyFocus : 1;
+    bool mDestroying : 1;
+    bool mDeleteAfterAnimation : 1;
+    bool mPlacesOwnChildren : 1;
+    bool mInMoved : 1;
+    bool mInResized : 1;
+    bool mEnableDeferredLayout : 1;
+    bool mLayoutDirty : 1;
+    bool mLayoutInProgress : 1;
+    bool mFixedSize : 1;
+    bool mUseDisplayList : 1;
+    bool mLayerTransformed : 1; // the layer's transform in the extras is not the identity
+    bool mLayoutIsCss : 1;      // mLayoutImpl is the flex binding
 
     std::unique_ptr<LayoutImpl> mLayoutImpl;
-    CssLayout* mCssLayout = nullptr; // mLayoutImpl when it is the flex binding
-
     QString mViewName;
     Style mStyle;
 

@@ -34,14 +34,14 @@ void applyEdgeList(const QList<double>& values, SetPadding setPadding, SetEdges 
 
 void DisplayView::enableCssLayout()
 {
-    if (mCssLayout)
+    if (cssLayout())
         return;
     setLayoutImpl(new CssLayout(this));
     // Every child of a flex container takes part in its flow.
     const DisplayViewList::List children = mPlacesOwnChildren ? DisplayViewList::List() : mChildren.list();
     for (DisplayView* child : children) {
-        if (child->mCssLayout)
-            mCssLayout->childLayoutAdded(child->mCssLayout);
+        if (child->cssLayout())
+            cssLayout()->childLayoutAdded(child->cssLayout());
         else
             child->enableCssLayout();
     }
@@ -56,13 +56,13 @@ void DisplayView::setPlacesOwnChildren(bool places)
 
 void DisplayView::disableCssLayout()
 {
-    if (mCssLayout)
+    if (cssLayout())
         setLayoutImpl(nullptr);
 }
 
 void DisplayView::applyCssStyle(const Style& style)
 {
-    CssLayout* css = mCssLayout;
+    CssLayout* css = cssLayout();
     int number = 0;
     double real = 0;
     // Enumerations first: membership and the flex checks depend on the position type.
@@ -121,7 +121,7 @@ void DisplayView::applyCssStyle(const Style& style)
 
 const CssLayout& DisplayView::cssValues() const
 {
-    return mCssLayout ? *mCssLayout : CssLayout::unbound();
+    return cssLayout() ? *cssLayout() : CssLayout::unbound();
 }
 
 // Setters enable the binding; getters of a view without one give the engine's defaults.
@@ -129,7 +129,7 @@ const CssLayout& DisplayView::cssValues() const
 void DisplayView::setCssDirection(css_direction_t direction)
 {
     enableCssLayout();
-    mCssLayout->setCssDirection(direction);
+    cssLayout()->setCssDirection(direction);
 }
 
 css_direction_t DisplayView::cssDirection() const
@@ -140,7 +140,7 @@ css_direction_t DisplayView::cssDirection() const
 void DisplayView::setCssFlexDirection(css_flex_direction_t direction)
 {
     enableCssLayout();
-    mCssLayout->setCssFlexDirection(direction);
+    cssLayout()->setCssFlexDirection(direction);
 }
 
 css_flex_direction_t DisplayView::cssFlexDirection() const
@@ -151,7 +151,7 @@ css_flex_direction_t DisplayView::cssFlexDirection() const
 void DisplayView::setCssJustifyContent(css_justify_t justify)
 {
     enableCssLayout();
-    mCssLayout->setCssJustifyContent(justify);
+    cssLayout()->setCssJustifyContent(justify);
 }
 
 css_justify_t DisplayView::cssJustifyContent() const
@@ -162,7 +162,7 @@ css_justify_t DisplayView::cssJustifyContent() const
 void DisplayView::setCssAlignContent(css_align_t align)
 {
     enableCssLayout();
-    mCssLayout->setCssAlignContent(align);
+    cssLayout()->setCssAlignContent(align);
 }
 
 css_align_t DisplayView::cssAlignContent() const
@@ -173,7 +173,7 @@ css_align_t DisplayView::cssAlignContent() const
 void DisplayView::setCssAlignItems(css_align_t align)
 {
     enableCssLayout();
-    mCssLayout->setCssAlignItems(align);
+    cssLayout()->setCssAlignItems(align);
 }
 
 css_align_t DisplayView::cssAlignItems() const
@@ -184,7 +184,7 @@ css_align_t DisplayView::cssAlignItems() const
 void DisplayView::setCssAlignSelf(css_align_t align)
 {
     enableCssLayout();
-    mCssLayout->setCssAlignSelf(align);
+    cssLayout()->setCssAlignSelf(align);
 }
 
 css_align_t DisplayView::cssAlignSelf() const
@@ -195,7 +195,7 @@ css_align_t DisplayView::cssAlignSelf() const
 void DisplayView::setCssFlexWrap(css_wrap_type_t wrap)
 {
     enableCssLayout();
-    mCssLayout->setCssFlexWrap(wrap);
+    cssLayout()->setCssFlexWrap(wrap);
 }
 
 css_wrap_type_t DisplayView::cssFlexWrap() const
@@ -206,7 +206,7 @@ css_wrap_type_t DisplayView::cssFlexWrap() const
 void DisplayView::setCssPositionType(css_position_type_t type)
 {
     enableCssLayout();
-    mCssLayout->setCssPositionType(type);
+    cssLayout()->setCssPositionType(type);
 }
 
 css_position_type_t DisplayView::cssPositionType() const
@@ -217,7 +217,7 @@ css_position_type_t DisplayView::cssPositionType() const
 void DisplayView::setCssFlex(float flex)
 {
     enableCssLayout();
-    mCssLayout->setCssFlex(flex);
+    cssLayout()->setCssFlex(flex);
 }
 
 float DisplayView::cssFlex() const
@@ -228,25 +228,25 @@ float DisplayView::cssFlex() const
 void DisplayView::setCssPosition(css_position_t edge, float value)
 {
     enableCssLayout();
-    mCssLayout->setCssPosition(edge, value);
+    cssLayout()->setCssPosition(edge, value);
 }
 
 void DisplayView::setCssPosition(const float (&edges)[4])
 {
     enableCssLayout();
-    mCssLayout->setCssPosition(edges);
+    cssLayout()->setCssPosition(edges);
 }
 
 void DisplayView::setCssPosition(float top, float right, float bottom, float left)
 {
     enableCssLayout();
-    mCssLayout->setCssPosition(top, right, bottom, left);
+    cssLayout()->setCssPosition(top, right, bottom, left);
 }
 
 void DisplayView::setCssTopLeft(const QPointF& topLeft)
 {
     enableCssLayout();
-    mCssLayout->setCssTopLeft(topLeft);
+    cssLayout()->setCssTopLeft(topLeft);
 }
 
 float DisplayView::cssPosition(css_position_t edge) const
@@ -282,25 +282,25 @@ float DisplayView::cssBottom() const
 void DisplayView::setCssSize(css_dimension_t dimension, float value)
 {
     enableCssLayout();
-    mCssLayout->setCssSize(dimension, value);
+    cssLayout()->setCssSize(dimension, value);
 }
 
 void DisplayView::setCssSize(const QSizeF& size)
 {
     enableCssLayout();
-    mCssLayout->setCssSize(size);
+    cssLayout()->setCssSize(size);
 }
 
 void DisplayView::setCssWidth(float width)
 {
     enableCssLayout();
-    mCssLayout->setCssWidth(width);
+    cssLayout()->setCssWidth(width);
 }
 
 void DisplayView::setCssHeight(float height)
 {
     enableCssLayout();
-    mCssLayout->setCssHeight(height);
+    cssLayout()->setCssHeight(height);
 }
 
 QSizeF DisplayView::cssSize() const
@@ -321,25 +321,25 @@ float DisplayView::cssHeight() const
 void DisplayView::setCssMinSize(css_dimension_t dimension, float value)
 {
     enableCssLayout();
-    mCssLayout->setCssMinSize(dimension, value);
+    cssLayout()->setCssMinSize(dimension, value);
 }
 
 void DisplayView::setCssMinSize(const QSizeF& size)
 {
     enableCssLayout();
-    mCssLayout->setCssMinSize(size);
+    cssLayout()->setCssMinSize(size);
 }
 
 void DisplayView::setCssMinWidth(float width)
 {
     enableCssLayout();
-    mCssLayout->setCssMinWidth(width);
+    cssLayout()->setCssMinWidth(width);
 }
 
 void DisplayView::setCssMinHeight(float height)
 {
     enableCssLayout();
-    mCssLayout->setCssMinHeight(height);
+    cssLayout()->setCssMinHeight(height);
 }
 
 QSizeF DisplayView::cssMinSize() const
@@ -350,25 +350,25 @@ QSizeF DisplayView::cssMinSize() const
 void DisplayView::setCssMaxSize(css_dimension_t dimension, float value)
 {
     enableCssLayout();
-    mCssLayout->setCssMaxSize(dimension, value);
+    cssLayout()->setCssMaxSize(dimension, value);
 }
 
 void DisplayView::setCssMaxSize(const QSizeF& size)
 {
     enableCssLayout();
-    mCssLayout->setCssMaxSize(size);
+    cssLayout()->setCssMaxSize(size);
 }
 
 void DisplayView::setCssMaxWidth(float width)
 {
     enableCssLayout();
-    mCssLayout->setCssMaxWidth(width);
+    cssLayout()->setCssMaxWidth(width);
 }
 
 void DisplayView::setCssMaxHeight(float height)
 {
     enableCssLayout();
-    mCssLayout->setCssMaxHeight(height);
+    cssLayout()->setCssMaxHeight(height);
 }
 
 QSizeF DisplayView::cssMaxSize() const
@@ -379,25 +379,25 @@ QSizeF DisplayView::cssMaxSize() const
 void DisplayView::setCssMargin(css_position_t edge, float value)
 {
     enableCssLayout();
-    mCssLayout->setCssMargin(edge, value);
+    cssLayout()->setCssMargin(edge, value);
 }
 
 void DisplayView::setCssMargin(const float (&edges)[6])
 {
     enableCssLayout();
-    mCssLayout->setCssMargin(edges);
+    cssLayout()->setCssMargin(edges);
 }
 
 void DisplayView::setCssMargin(const Padding& margin)
 {
     enableCssLayout();
-    mCssLayout->setCssMargin(margin);
+    cssLayout()->setCssMargin(margin);
 }
 
 void DisplayView::setCssMargin(float top, float right, float bottom, float left, float start, float end)
 {
     enableCssLayout();
-    mCssLayout->setCssMargin(top, right, bottom, left, start, end);
+    cssLayout()->setCssMargin(top, right, bottom, left, start, end);
 }
 
 float DisplayView::cssMargin(css_position_t edge) const
@@ -408,25 +408,25 @@ float DisplayView::cssMargin(css_position_t edge) const
 void DisplayView::setCssPadding(css_position_t edge, float value)
 {
     enableCssLayout();
-    mCssLayout->setCssPadding(edge, value);
+    cssLayout()->setCssPadding(edge, value);
 }
 
 void DisplayView::setCssPadding(const float (&edges)[6])
 {
     enableCssLayout();
-    mCssLayout->setCssPadding(edges);
+    cssLayout()->setCssPadding(edges);
 }
 
 void DisplayView::setCssPadding(const Padding& padding)
 {
     enableCssLayout();
-    mCssLayout->setCssPadding(padding);
+    cssLayout()->setCssPadding(padding);
 }
 
 void DisplayView::setCssPadding(float top, float right, float bottom, float left, float start, float end)
 {
     enableCssLayout();
-    mCssLayout->setCssPadding(top, right, bottom, left, start, end);
+    cssLayout()->setCssPadding(top, right, bottom, left, start, end);
 }
 
 float DisplayView::cssPadding(css_position_t edge) const
@@ -437,25 +437,25 @@ float DisplayView::cssPadding(css_position_t edge) const
 void DisplayView::setCssBorder(css_position_t edge, float value)
 {
     enableCssLayout();
-    mCssLayout->setCssBorder(edge, value);
+    cssLayout()->setCssBorder(edge, value);
 }
 
 void DisplayView::setCssBorder(const float (&edges)[6])
 {
     enableCssLayout();
-    mCssLayout->setCssBorder(edges);
+    cssLayout()->setCssBorder(edges);
 }
 
 void DisplayView::setCssBorder(const Padding& border)
 {
     enableCssLayout();
-    mCssLayout->setCssBorder(border);
+    cssLayout()->setCssBorder(border);
 }
 
 void DisplayView::setCssBorder(float top, float right, float bottom, float left, float start, float end)
 {
     enableCssLayout();
-    mCssLayout->setCssBorder(top, right, bottom, left, start, end);
+    cssLayout()->setCssBorder(top, right, bottom, left, start, end);
 }
 
 float DisplayView::cssBorder(css_position_t edge) const

@@ -40,4 +40,13 @@ struct ORBIS_UI_INTERNAL_EXPORT DisplayView::Extras
     quint8 mAutoResize = 0;
     QRectF mAutoRelative;
     Padding mAutoMargins;
+
+    float mScale = 1.0f;
+    float mAngle = 0.0f;
+    float mBrightness = 1.0f;
+    DataValue* mValueSource = nullptr;
+    std::unique_ptr<ViewBuffer> mLayer;
+
+    Extras();
+    ~Extras();
 };

@@ -46,9 +46,9 @@ void DisplayView::applySize(int width, int height)
     reveal(false);
     mWidth = width;
     mHeight = height;
-    if (mLayer) {
-        mLayer->setSize(QSize(width, height));
-        mLayer->update(drawingAreaRect());
+    if (layer()) {
+        layer()->setSize(QSize(width, height));
+        layer()->update(drawingAreaRect());
     }
     reveal(false);
     place();
@@ -69,25 +69,25 @@ void DisplayView::applyAlpha(double alpha)
 
 void DisplayView::applyBrightness(float brightness)
 {
-    if (brightness == mBrightness)
+    if (brightness == ext().mBrightness)
         return;
-    mBrightness = brightness;
+    extras().mBrightness = brightness;
     update();
 }
 
 void DisplayView::applyScale(double scale)
 {
-    if (scale == mScale)
+    if (scale == ext().mScale)
         return;
-    mScale = scale;
+    extras().mScale = float(scale);
     updateTransform();
 }
 
 void DisplayView::applyAngle(double angle)
 {
-    if (angle == mAngle)
+    if (angle == ext().mAngle)
         return;
-    mAngle = angle;
+    extras().mAngle = float(angle);
     updateTransform();
 }
 
@@ -142,7 +142,7 @@ double DisplayView::pendingValue(int property)
     case Anim::Height:
         return mHeight;
     case Anim::Brightness:
-        return mBrightness;
+        return ext().mBrightness;
     default:
         return 0;
     }
@@ -152,7 +152,7 @@ bool DisplayView::checkGeometryChange(bool animated, const char* circularMessage
 {
     if (mLayoutInProgress)
         return viewAssert("!mLayoutInProgress", QString::fromLatin1(circularMessage), line);
-    if (animated && mLayoutImpl && !LayoutAction::isAnimatorActive())
+    if (animated && layoutImpl() && !LayoutAction::isAnimatorActive())
         return viewAssert("LayoutAction::isAnimatorActive()",
                           QStringLiteral("Starting animation outside of layout animator View: %1"), line);
     return true;
@@ -189,8 +189,8 @@ void DisplayView::moveTo(int x, int y, double duration, EaseType ease, double de
     if (animateOrStop(Anim::X, x, Anim::Y, y, duration, ease, delay))
         return;
     // A place given by hand outlasts the next layout pass.
-    if (mLayoutImpl && !LayoutAction::isAnimatorActive())
-        mLayoutImpl->setTopLeft(QPointF(x, y));
+    if (layoutImpl() && !LayoutAction::isAnimatorActive())
+        layoutImpl()->setTopLeft(QPointF(x, y));
     applyPosition(x, y);
 }
 
@@ -239,7 +239,7 @@ QRect DisplayView::visualOffsetRect() const
 {
     // Where the transformed view lies relative to its untransformed position.
     const QRect local(0, 0, mWidth, mHeight);
-    return mLayerTransform == &sIdentityMatrix ? local : mLayerTransform->mapRect(local);
+    return mLayerTransformed ? mExtras->mTransform.mapRect(local) : local;
 }
 
 void DisplayView::moveVisualTo(int x, int y, double duration, EaseType ease, double delay)
@@ -284,14 +284,15 @@ void DisplayView::resizeTo(int width, int height, double duration, EaseType ease
     if (animateOrStop(Anim::Width, width, Anim::Height, height, duration, ease, delay))
         return;
     // So does a size given by hand, in the dimensions it changes (NaN: left as it is).
-    if (mLayoutImpl && !LayoutAction::isAnimatorActive())
-        mLayoutImpl->setSize(QSizeF(width != mWidth ? width : qQNaN(), height != mHeight ? height : qQNaN()));
+    if (layoutImpl() && !LayoutAction::isAnimatorActive())
+        layoutImpl()->setSize(
+            QSizeF(width != mWidth ? width : qQNaN(), height != mHeight ? height : qQNaN()));
     applySize(width, height);
 }
 
 void DisplayView::resizeVisualTo(int width, int height, double duration, EaseType ease, double delay)
 {
-    const double scale = mScale != 0 ? mScale : 1.0;
+    const double scale = ext().mScale != 0 ? ext().mScale : 1.0;
     resizeTo(int(std::lround(width / scale)), int(std::lround(height / scale)), duration, ease, delay);
 }
 
@@ -302,7 +303,7 @@ void DisplayView::setWidth(int width, double duration, EaseType ease, double del
 
 void DisplayView::setVisualWidth(int width, double duration, EaseType ease, double delay)
 {
-    const double scale = mScale != 0 ? mScale : 1.0;
+    const double scale = ext().mScale != 0 ? ext().mScale : 1.0;
     setWidth(int(std::lround(width / scale)), duration, ease, delay);
 }
 
@@ -313,7 +314,7 @@ void DisplayView::setHeight(int height, double duration, EaseType ease, double d
 
 void DisplayView::setVisualHeight(int height, double duration, EaseType ease, double delay)
 {
-    const double scale = mScale != 0 ? mScale : 1.0;
+    const double scale = ext().mScale != 0 ? ext().mScale : 1.0;
     setHeight(int(std::lround(height / scale)), duration, ease, delay);
 }
 
@@ -525,11 +526,11 @@ void DisplayView::setUseLayer(bool useLayer, bool cached)
         return;
     mUseLayer = useLayer;
     if (useLayer) {
-        mLayer = std::make_unique<ViewBuffer>(this);
-        mLayer->setSize(size());
+        extras().mLayer = std::make_unique<ViewBuffer>(this);
+        layer()->setSize(size());
         initLayer();
     } else {
-        mLayer.reset();
+        mExtras->mLayer.reset();
     }
     updateTransform();
     reveal(true);
@@ -537,8 +538,8 @@ void DisplayView::setUseLayer(bool useLayer, bool cached)
 
 void DisplayView::initLayer()
 {
-    if (mLayer)
-        mLayer->update(drawingAreaRect());
+    if (layer())
+        layer()->update(drawingAreaRect());
 }
 
 void DisplayView::setUseCachedLayer(bool cached)
@@ -548,16 +549,16 @@ void DisplayView::setUseCachedLayer(bool cached)
 
 void DisplayView::initCachedLayer(const QSize& size)
 {
-    if (!ORBIS_ASSERT(mLayer, QStringLiteral("Cannot cache a view that is not a layer")))
+    if (!ORBIS_ASSERT(layer(), QStringLiteral("Cannot cache a view that is not a layer")))
         return;
     mCachedLayer = true;
-    mLayer->setSize(size);
-    mLayer->update(QRect(QPoint(), size));
+    layer()->setSize(size);
+    layer()->update(QRect(QPoint(), size));
 }
 
 void DisplayView::setLayer(ViewBuffer* layer)
 {
-    mLayer.reset(layer);
+    extras().mLayer.reset(layer);
     mUseLayer = layer != nullptr;
     updateTransform();
     reveal(true);
@@ -578,25 +579,22 @@ const DisplayImage& DisplayView::layerMask() const
 
 void DisplayView::setLayerBackingType(ViewBuffer::BackingType type)
 {
-    if (!ORBIS_ASSERT(mLayer, QStringLiteral("Backing type set on a view that is not a layer")))
+    if (!ORBIS_ASSERT(layer(), QStringLiteral("Backing type set on a view that is not a layer")))
         return;
-    mLayer->setBackingType(type);
+    layer()->setBackingType(type);
 }
 
 void DisplayView::setLayerTransform(const QMatrix4x4& transform)
 {
-    if (!mLayer) {
+    if (!layer()) {
         viewAssert("mLayer", QStringLiteral("Transform ignored on view since it's not a layer View: %1"),
                    __LINE__);
         return;
     }
     recomposite();
-    if (transform.isIdentity()) {
-        mLayerTransform = &sIdentityMatrix;
-    } else {
+    mLayerTransformed = !transform.isIdentity();
+    if (mLayerTransformed)
         extras().mTransform = transform;
-        mLayerTransform = &extras().mTransform;
-    }
     recomposite();
 }
 
@@ -612,10 +610,10 @@ void DisplayView::recomposite()
 
 DisplayView* DisplayView::nestingTarget() const
 {
-    if ((mCompositingFlags & CompositeIntoParentLayer) && mParentView && mParentView->mLayer)
+    if ((mCompositingFlags & CompositeIntoParentLayer) && mParentView && mParentView->layer())
         return mParentView;
     for (DisplayView* ancestor = mParentView; ancestor; ancestor = ancestor->mParentView) {
-        if (ancestor->mLayer && ancestor->mCompositeNestedLayers)
+        if (ancestor->layer() && ancestor->mCompositeNestedLayers)
             return ancestor;
     }
     return nullptr;
@@ -623,25 +621,26 @@ DisplayView* DisplayView::nestingTarget() const
 
 void DisplayView::updateTransform()
 {
-    if (!mLayer) {
-        mLayerTransform = &sIdentityMatrix;
+    if (!layer()) {
+        mLayerTransformed = false;
         return;
     }
     QMatrix4x4 transform;
-    if (mScale != 1.0 || mAngle != 0.0) {
-        transform.translate(float(ext().mPivot.x()), float(ext().mPivot.y()));
-        if (mAngle != 0.0)
-            transform.rotate(float(mAngle), ext().mAxis);
-        if (mScale != 1.0)
-            transform.scale(float(mScale));
-        transform.translate(float(-ext().mPivot.x()), float(-ext().mPivot.y()));
+    const Extras& e = ext();
+    if (e.mScale != 1.0f || e.mAngle != 0.0f) {
+        transform.translate(float(e.mPivot.x()), float(e.mPivot.y()));
+        if (e.mAngle != 0.0f)
+            transform.rotate(e.mAngle, e.mAxis);
+        if (e.mScale != 1.0f)
+            transform.scale(e.mScale);
+        transform.translate(float(-e.mPivot.x()), float(-e.mPivot.y()));
     }
     setLayerTransform(transform);
 }
 
 void DisplayView::setCompositeNestedLayers(bool composite)
 {
-    if (!ORBIS_ASSERT(mLayer, QStringLiteral("Cannot composite nested layers if this view is not a layer.")))
+    if (!ORBIS_ASSERT(layer(), QStringLiteral("Cannot composite nested layers if this view is not a layer.")))
         return;
     mCompositeNestedLayers = composite;
     updateCompositeNestedLayers();
@@ -649,8 +648,8 @@ void DisplayView::setCompositeNestedLayers(bool composite)
 
 void DisplayView::updateCompositeNestedLayers()
 {
-    if (mLayer)
-        mLayer->update(drawingAreaRect());
+    if (layer())
+        layer()->update(drawingAreaRect());
     update();
 }
 
@@ -706,7 +705,7 @@ void DisplayView::setShadowPadding(const Padding& padding)
 DisplayView* DisplayView::layerView()
 {
     for (DisplayView* view = this; view; view = view->mParentView) {
-        if (view->mLayer)
+        if (view->layer())
             return view;
     }
     return nullptr;

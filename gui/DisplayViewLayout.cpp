@@ -10,10 +10,10 @@ static const char* const kLogSource = "../../../gui/DisplayView";
 
 void DisplayView::setLayoutImpl(LayoutImpl* impl)
 {
-    if (impl == mLayoutImpl.get())
+    if (impl == layoutImpl())
         return;
     // Known before the old binding goes, which may look at its view while it does.
-    mCssLayout = dynamic_cast<CssLayout*>(impl);
+    mLayoutIsCss = dynamic_cast<CssLayout*>(impl) != nullptr;
     mLayoutImpl.reset(impl);
     layoutImplChanged();
     if (impl && mEnableDeferredLayout) {
@@ -39,7 +39,7 @@ void DisplayView::setLayoutMargin(const Padding& margin)
 
 void DisplayView::setFixedSize(bool fixed)
 {
-    if (!mLayoutImpl) {
+    if (!layoutImpl()) {
         viewAssert("mLayoutImpl", QStringLiteral("Unimplemented View: %1"), __LINE__);
         return;
     }
@@ -61,19 +61,19 @@ bool DisplayView::checkForRecursiveLayout(LayoutProperty property)
 
 void DisplayView::layoutPropertyChanged(LayoutProperty property)
 {
-    LayoutImpl* parentLayout = mParentView ? mParentView->mLayoutImpl.get() : nullptr;
-    if (!mLayoutImpl && !parentLayout)
+    LayoutImpl* parentLayout = mParentView ? mParentView->layoutImpl() : nullptr;
+    if (!layoutImpl() && !parentLayout)
         return;
     if (!checkForRecursiveLayout(property))
         return;
-    if (mLayoutImpl)
-        mLayoutImpl->layoutPropertyChanged(property);
+    if (layoutImpl())
+        layoutImpl()->layoutPropertyChanged(property);
     if (parentLayout)
         parentLayout->childLayoutPropertyChanged(this, property);
     if (mEnableDeferredLayout) {
         markLayoutDirty();
         queueForLayout();
-    } else if (mLayoutImpl) {
+    } else if (layoutImpl()) {
         viewAssert(
             "mEnableDeferredLayout",
             QStringLiteral("Views that use CSS Layout should always have mEnableDeferredLayout set View: %1"),
@@ -86,10 +86,10 @@ void DisplayView::markLayoutDirty()
     if (mLayoutDirty)
         return;
     mLayoutDirty = true;
-    if (mLayoutImpl)
-        mLayoutImpl->layoutMarkedDirty();
-    if (mParentView && mParentView->mLayoutImpl)
-        mParentView->mLayoutImpl->childLayoutDirty(this);
+    if (layoutImpl())
+        layoutImpl()->layoutMarkedDirty();
+    if (mParentView && mParentView->layoutImpl())
+        mParentView->layoutImpl()->childLayoutDirty(this);
 }
 
 void DisplayView::queueForLayout()
@@ -107,7 +107,7 @@ void DisplayView::layout(bool force)
 {
     if (!force && !mLayoutDirty)
         return;
-    DisplayView* start = mLayoutImpl ? mLayoutImpl->viewToStartLayout() : this;
+    DisplayView* start = layoutImpl() ? layoutImpl()->viewToStartLayout() : this;
     if (!start) {
         viewAssert("start", QStringLiteral("View for starting layout not found View: %1"), __LINE__);
         return;
@@ -138,11 +138,11 @@ void DisplayView::doLayout()
                    QStringLiteral("doLayout() called while layout not in progress View: %1"), __LINE__);
         return;
     }
-    if (mLayoutImpl)
-        mLayoutImpl->layout();
+    if (layoutImpl())
+        layoutImpl()->layout();
     // A flex view's binding visits the children in its flow; a child outside the flow
     // is queued for layout by its own changes.
-    if (!mCssLayout)
+    if (!cssLayout())
         visitChildrenForLayout();
 }
 

@@ -5,17 +5,9 @@
 
 static const char* const kLogSource = "../../../gui/DisplayView";
 
-const void* DisplayViewList::identity() const
-{
-    // The end node of a QLinkedList is its shared data block.
-    return mList.constEnd().i;
-}
-
 void DisplayViewList::updateCachedIterators()
 {
-    const void* id = identity();
     for (iterator iter = mList.begin(); iter != mList.end(); ++iter) {
-        (*iter)->mParentChildrenList = id;
         (*iter)->mParentChildrenIterator = iter;
         ORBIS_ASSERT((*iter)->isParentChildrenIteratorValid(), QStringLiteral("Invalid children iterator"));
     }
@@ -27,7 +19,6 @@ void DisplayViewList::settle(bool wasShared, DisplayView* view, iterator node)
         updateCachedIterators();
         return;
     }
-    view->mParentChildrenList = identity();
     view->mParentChildrenIterator = node;
 }
 

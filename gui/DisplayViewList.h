@@ -21,8 +21,6 @@ public:
     int size() const { return mList.size(); }
     DisplayView* first() const { return mList.first(); }
     DisplayView* last() const { return mList.last(); }
-    /// Identifies the current node storage; changes whenever the list detaches.
-    const void* identity() const;
 
     void append(DisplayView* view);
     void prepend(DisplayView* view);

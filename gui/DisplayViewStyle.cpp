@@ -41,7 +41,7 @@ void DisplayView::setStyle(const Style& style)
         return;
 
     // Flex attributes make a flex view; enabling the binding takes the whole style.
-    if (mCssLayout)
+    if (cssLayout())
         applyCssStyle(style);
     else if (hasFlexAttributes(style))
         enableCssLayout();
@@ -50,7 +50,7 @@ void DisplayView::setStyle(const Style& style)
     double real = 0;
     bool flag = false;
     QString text;
-    if (!mLayoutImpl) {
+    if (!layoutImpl()) {
         // Laid-out views take their geometry from the layout pass instead.
         if (style.intValue(Style::Width, number))
             setWidth(number);

@@ -143,6 +143,15 @@ TEST_F(Invalidation, StopsAtTheNearestLayer)
     clear();
     leaf->update(QRect(0, 0, 5, 5));
     EXPECT_EQ(takeReveal(device), QRegion(120, 70, 10, 10));
+
+    // A turned layer touches pixels in part along its slanted edges: they are damaged too.
+    QMatrix4x4 turned;
+    turned.rotate(30, 0, 0, 1);
+    layer->setLayerTransform(turned);
+    clear();
+    leaf->update(QRect(0, 0, 5, 5));
+    const QRectF shown = turned.mapRect(QRectF(10, 10, 5, 5)).translated(100, 50);
+    EXPECT_TRUE(QRectF(takeReveal(device).boundingRect()).contains(shown));
 }
 
 TEST_F(Invalidation, SuppressedAndDetachedViews)

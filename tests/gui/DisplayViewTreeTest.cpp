@@ -184,6 +184,22 @@ TEST(DisplayViewNames, SlashesCannotBreakThePath)
     EXPECT_TRUE(map.value("enabled").toBool());
 }
 
+TEST(DisplayViewNames, ViewsOfOneNameShareItsCharacters)
+{
+    DisplayView parent(nullptr, "outer");
+    DisplayView* first = new DisplayView(&parent, "row");
+    DisplayView* second = new DisplayView(&parent, " row ");
+    DisplayView* renamed = new DisplayView(&parent, "other");
+    renamed->setViewName("row");
+    EXPECT_EQ(second->viewName(), "row");
+    EXPECT_EQ(first->viewName().constData(), second->viewName().constData());
+    EXPECT_EQ(first->viewName().constData(), renamed->viewName().constData());
+    // Sharing never ties two views together: renaming one leaves the others alone.
+    first->setViewName("head");
+    EXPECT_EQ(first->viewPath(), "outer/head");
+    EXPECT_EQ(second->viewPath(), "outer/row");
+}
+
 TEST(AutoResize, ChildrenFollowTheirParentsSize)
 {
     DisplayDevice device(400, 300);
