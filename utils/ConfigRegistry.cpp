@@ -4,7 +4,6 @@
 #include "Logger.h"
 
 #include <QFileInfo>
-#include <QMutexLocker>
 #include <QSettings>
 
 static const char* const kLogSource = "../../../utils/ConfigRegistry";
@@ -27,13 +26,13 @@ void ConfigRegistry::bump()
 
 void ConfigRegistry::registerValue(ConfigValueBase* value)
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mValues.insert(value->key(), value);
 }
 
 void ConfigRegistry::unregisterValue(ConfigValueBase* value)
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mValues.remove(value->key(), value);
 }
 
@@ -66,7 +65,7 @@ bool ConfigRegistry::loadFile(const QString& path)
                                                             : v.toString());
     }
     {
-        QMutexLocker lock(&mMutex);
+        std::lock_guard<std::mutex> lock(mMutex);
         for (auto it = loaded.cbegin(); it != loaded.cend(); ++it)
             mFileValues.insert(it.key(), it.value());
     }
@@ -77,7 +76,7 @@ bool ConfigRegistry::loadFile(const QString& path)
 void ConfigRegistry::unloadFiles()
 {
     {
-        QMutexLocker lock(&mMutex);
+        std::lock_guard<std::mutex> lock(mMutex);
         mFileValues.clear();
     }
     bump();
@@ -106,7 +105,7 @@ bool ConfigRegistry::applyOverride(const QString& keyEqualsValue)
 void ConfigRegistry::setOverride(const QString& key, const QString& value)
 {
     {
-        QMutexLocker lock(&mMutex);
+        std::lock_guard<std::mutex> lock(mMutex);
         mOverrides.insert(key, value);
     }
     bump();
@@ -115,7 +114,7 @@ void ConfigRegistry::setOverride(const QString& key, const QString& value)
 void ConfigRegistry::clearOverride(const QString& key)
 {
     {
-        QMutexLocker lock(&mMutex);
+        std::lock_guard<std::mutex> lock(mMutex);
         mOverrides.remove(key);
     }
     bump();
@@ -123,19 +122,19 @@ void ConfigRegistry::clearOverride(const QString& key)
 
 bool ConfigRegistry::hasOverride(const QString& key) const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     return mOverrides.contains(key);
 }
 
 QString ConfigRegistry::overrideText(const QString& key) const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     return mOverrides.value(key);
 }
 
 QString ConfigRegistry::text(const QString& key) const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     auto it = mOverrides.constFind(key);
     if (it != mOverrides.cend())
         return it.value();
@@ -149,7 +148,7 @@ QList<ConfigRegistry::Entry> ConfigRegistry::entries() const
 {
     QList<ConfigValueBase*> values;
     {
-        QMutexLocker lock(&mMutex);
+        std::lock_guard<std::mutex> lock(mMutex);
         values = mValues.values();
     }
     QList<Entry> out;

@@ -4,11 +4,11 @@
 
 #include <QHash>
 #include <QMap>
-#include <QMutex>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 #include <atomic>
+#include <mutex>
 
 class ConfigValueBase;
 
@@ -60,7 +60,7 @@ private:
     ConfigRegistry();
     void bump();
 
-    mutable QMutex mMutex;
+    mutable std::mutex mMutex;
     QMultiMap<QString, ConfigValueBase*> mValues;
     QHash<QString, QString> mFileValues;
     QHash<QString, QString> mOverrides;

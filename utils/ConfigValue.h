@@ -2,9 +2,9 @@
 
 #include "OrbisUtilsExport.h"
 
-#include <QMutex>
 #include <QString>
 #include <atomic>
+#include <mutex>
 
 /// Base of the global configuration value objects: a slash-separated key and a
 /// default. The typed subclasses parse the registry's text for their key lazily
@@ -29,7 +29,7 @@ protected:
     void warnUnparsable(const QString& text, const char* kind) const;
 
     QString mKey;
-    mutable QMutex mMutex;
+    mutable std::mutex mMutex;
     mutable std::atomic<quint64> mGeneration{0};
 };
 
@@ -47,7 +47,7 @@ public:
     {
         if (needsRefresh())
             refresh();
-        QMutexLocker lock(&mMutex);
+        std::lock_guard<std::mutex> lock(mMutex);
         return mValue;
     }
     operator T() const { return value(); }
@@ -66,7 +66,7 @@ private:
             warnUnparsable(text, kindName());
             parsed = mDefault;
         }
-        QMutexLocker lock(&mMutex);
+        std::lock_guard<std::mutex> lock(mMutex);
         mValue = parsed;
     }
 

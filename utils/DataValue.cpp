@@ -16,7 +16,7 @@ DataValue::~DataValue()
 
 QVariant DataValue::value() const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::recursive_mutex> lock(mMutex);
     return mValue;
 }
 

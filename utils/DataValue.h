@@ -3,9 +3,9 @@
 #include "OrbisUtilsExport.h"
 
 #include <QObject>
-#include <QRecursiveMutex>
 #include <QVariant>
 #include <atomic>
+#include <mutex>
 
 /// An observable value of vehicle or application state. Writes may come from any
 /// thread; DataValueManager::processPendingChanges() delivers the changes on the
@@ -75,7 +75,7 @@ private:
 
     QString mName;
     QVariant mValue;
-    mutable QRecursiveMutex mMutex;
+    mutable std::recursive_mutex mMutex;
     int mWriteDepth = 0;
     bool mChangedInWrite = false;
     std::atomic<bool> mPending{false};

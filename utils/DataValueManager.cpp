@@ -2,7 +2,6 @@
 
 #include "DataValue.h"
 
-#include <QMutexLocker>
 #include <algorithm>
 
 DataValueManager* DataValueManager::instance()
@@ -13,20 +12,20 @@ DataValueManager* DataValueManager::instance()
 
 void DataValueManager::enqueue(DataValue* value)
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mPending.append(value);
 }
 
 void DataValueManager::forget(DataValue* value)
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mPending.removeAll(value);
     std::replace(mDelivering.begin(), mDelivering.end(), value, static_cast<DataValue*>(nullptr));
 }
 
 int DataValueManager::pendingCount() const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     return mPending.size();
 }
 
@@ -34,7 +33,7 @@ int DataValueManager::processPendingChanges()
 {
     int count = 0;
     {
-        QMutexLocker lock(&mMutex);
+        std::lock_guard<std::mutex> lock(mMutex);
         mDelivering.swap(mPending);
         count = mDelivering.size();
     }
@@ -42,7 +41,7 @@ int DataValueManager::processPendingChanges()
         DataValue* value;
         {
             // A listener may delete a later value of the batch; forget() nulls it here.
-            QMutexLocker lock(&mMutex);
+            std::lock_guard<std::mutex> lock(mMutex);
             value = mDelivering.at(i);
         }
         if (!value)
@@ -52,7 +51,7 @@ int DataValueManager::processPendingChanges()
         value->mPending.store(false);
         value->emitChanged();
     }
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mDelivering.clear();
     return count;
 }

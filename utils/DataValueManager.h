@@ -3,8 +3,8 @@
 #include "OrbisUtilsExport.h"
 #include "Singleton.h"
 
-#include <QMutex>
 #include <QVector>
+#include <mutex>
 
 class DataValue;
 
@@ -28,7 +28,7 @@ private:
     void enqueue(DataValue* value);
     void forget(DataValue* value);
 
-    mutable QMutex mMutex;
+    mutable std::mutex mMutex;
     QVector<DataValue*> mPending;
     QVector<DataValue*> mDelivering;
 };

@@ -10,13 +10,13 @@ EventRecorder& EventRecorder::instance()
 
 void EventRecorder::setEnabled(bool enabled)
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mEnabled = enabled;
 }
 
 void EventRecorder::setCapacity(int capacity)
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mCapacity = qMax(1, capacity);
     mRing.clear();
     mNext = 0;
@@ -27,7 +27,7 @@ void EventRecorder::mark(const QString& name, Phase phase)
     if (!mEnabled)
         return;
     const Event e{name, phase, Clock::current()->nowNanoseconds()};
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     if (mRing.size() < mCapacity) {
         mRing.append(e);
     } else {
@@ -38,7 +38,7 @@ void EventRecorder::mark(const QString& name, Phase phase)
 
 QVector<EventRecorder::Event> EventRecorder::events() const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     if (mRing.size() < mCapacity)
         return mRing;
     QVector<Event> ordered;
@@ -50,7 +50,7 @@ QVector<EventRecorder::Event> EventRecorder::events() const
 
 void EventRecorder::clear()
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mRing.clear();
     mNext = 0;
 }

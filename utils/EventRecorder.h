@@ -2,10 +2,10 @@
 
 #include "OrbisUtilsExport.h"
 
-#include <QMutex>
 #include <QString>
 #include <QVector>
 #include <atomic>
+#include <mutex>
 
 /// A bounded record of named marks (the frame loop brackets each tick with
 /// "tick" begin and end marks) for diagnosing stalls after the fact. Recording
@@ -39,7 +39,7 @@ public:
     void clear();
 
 private:
-    mutable QMutex mMutex;
+    mutable std::mutex mMutex;
     std::atomic<bool> mEnabled{false};
     int mCapacity = 4096;
     int mNext = 0;

@@ -1,7 +1,5 @@
 #include "LogCapture.h"
 
-#include <QMutexLocker>
-
 LogCapture::LogCapture() : mPrevious(Logger::setSink(this)) {}
 
 LogCapture::~LogCapture()
@@ -11,19 +9,19 @@ LogCapture::~LogCapture()
 
 void LogCapture::write(const LogRecord& record)
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mRecords.append(record);
 }
 
 QList<LogRecord> LogCapture::records() const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     return mRecords;
 }
 
 QStringList LogCapture::messages() const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     QStringList out;
     for (const LogRecord& r : mRecords)
         out << r.message;
@@ -32,7 +30,7 @@ QStringList LogCapture::messages() const
 
 QStringList LogCapture::assertions() const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     QStringList out;
     for (const LogRecord& r : mRecords)
         if (r.isAssertion)
@@ -47,7 +45,7 @@ bool LogCapture::contains(const QString& message) const
 
 int LogCapture::count(const QString& message) const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     int n = 0;
     for (const LogRecord& r : mRecords)
         if (r.message == message)
@@ -57,6 +55,6 @@ int LogCapture::count(const QString& message) const
 
 void LogCapture::clear()
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mRecords.clear();
 }

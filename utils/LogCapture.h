@@ -4,8 +4,8 @@
 #include "OrbisUtilsExport.h"
 
 #include <QList>
-#include <QMutex>
 #include <QStringList>
+#include <mutex>
 
 /// Collects log records while it lives, replacing the current sink; tests use it to
 /// assert exact messages. Thread-safe: records from other threads are captured too.
@@ -27,7 +27,7 @@ public:
     void clear();
 
 private:
-    mutable QMutex mMutex;
+    mutable std::mutex mMutex;
     QList<LogRecord> mRecords;
     LogSink* mPrevious;
 };

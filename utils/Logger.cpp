@@ -1,12 +1,11 @@
 #include "Logger.h"
 
 #include <QLoggingCategory>
-#include <QMutex>
-#include <QMutexLocker>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 
 namespace {
 
@@ -72,9 +71,9 @@ bool passes(const QLoggingCategory& category, LogRecord::Level level)
     return true;
 }
 
-QMutex& stderrMutex()
+std::mutex& stderrMutex()
 {
-    static QMutex mutex;
+    static std::mutex mutex;
     return mutex;
 }
 
@@ -97,7 +96,7 @@ void deliver(LogRecord& record, const char* source)
         return;
     }
     const QByteArray line = Logger::format(record).toLocal8Bit();
-    QMutexLocker lock(&stderrMutex());
+    std::lock_guard<std::mutex> lock(stderrMutex());
     std::fprintf(stderr, "%s\n", line.constData());
     std::fflush(stderr);
 }

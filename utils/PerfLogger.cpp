@@ -24,7 +24,7 @@ PerfLogger& PerfLogger::instance()
 
 void PerfLogger::record(const QString& name, qint64 nanoseconds)
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     Stats& s = mStats[name];
     s.minNs = s.count ? std::min(s.minNs, nanoseconds) : nanoseconds;
     s.maxNs = s.count ? std::max(s.maxNs, nanoseconds) : nanoseconds;
@@ -35,13 +35,13 @@ void PerfLogger::record(const QString& name, qint64 nanoseconds)
 
 PerfLogger::Stats PerfLogger::stats(const QString& name) const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     return mStats.value(name);
 }
 
 QStringList PerfLogger::names() const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     QStringList n = mStats.keys();
     n.sort();
     return n;
@@ -49,7 +49,7 @@ QStringList PerfLogger::names() const
 
 void PerfLogger::reset()
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mStats.clear();
 }
 

@@ -4,9 +4,9 @@
 #include "OrbisUtilsExport.h"
 
 #include <QHash>
-#include <QMutex>
 #include <QString>
 #include <QStringList>
+#include <mutex>
 
 /// Timing spans by name ("DisplayDevice-RenderViews", "loadConfiguration") with
 /// per-name statistics, measured on the framework clock.
@@ -48,6 +48,6 @@ public:
     void dump() const;
 
 private:
-    mutable QMutex mMutex;
+    mutable std::mutex mMutex;
     QHash<QString, Stats> mStats;
 };

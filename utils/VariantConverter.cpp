@@ -1,14 +1,14 @@
 #include "VariantConverter.h"
 
 #include <QHash>
-#include <QMutex>
 #include <memory>
+#include <mutex>
 
 namespace {
 
 struct ConverterTable
 {
-    QMutex mutex;
+    std::mutex mutex;
     QHash<int, std::shared_ptr<VariantConverter>> converters;
 };
 
@@ -25,14 +25,14 @@ void VariantConverter::registerConverter(VariantConverter* converter)
     if (!converter)
         return;
     ConverterTable& t = table();
-    QMutexLocker lock(&t.mutex);
+    std::lock_guard<std::mutex> lock(t.mutex);
     t.converters.insert(converter->typeId(), std::shared_ptr<VariantConverter>(converter));
 }
 
 const VariantConverter* VariantConverter::converterFor(int typeId)
 {
     ConverterTable& t = table();
-    QMutexLocker lock(&t.mutex);
+    std::lock_guard<std::mutex> lock(t.mutex);
     auto it = t.converters.constFind(typeId);
     return it == t.converters.cend() ? nullptr : it.value().get();
 }

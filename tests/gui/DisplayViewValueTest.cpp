@@ -6,6 +6,7 @@
 
 #include <QThread>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 class Gauge : public DisplayView
@@ -44,13 +45,10 @@ TEST(ValueBinding, WritesFromAnotherThreadArriveOnTheGuiThread)
     DataValue speed("test/speed", 0.0);
     Gauge gauge(nullptr, "gauge");
     gauge.setValueSource(speed);
-    QThread* writer = QThread::create([&speed] {
+    std::thread([&speed] {
         DataValue::EventLocker lock(speed);
         speed.setValue(42.5);
-    });
-    writer->start();
-    writer->wait();
-    delete writer;
+    }).join();
     EXPECT_TRUE(gauge.numbers.isEmpty()); // only the frame's delivery hands it over
     deliver();
     EXPECT_EQ(gauge.numbers, QList<double>({42.5}));

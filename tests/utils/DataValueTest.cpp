@@ -4,8 +4,8 @@
 #include "StringDataValue.h"
 
 #include <QSignalSpy>
-#include <QThread>
 #include <gtest/gtest.h>
+#include <thread>
 
 class DataValueTest : public ::testing::Test
 {
@@ -49,21 +49,18 @@ TEST_F(DataValueTest, WritesFromManyThreadsArriveInOneBatch)
         values.emplace_back(new DataValue(QStringLiteral("v%1").arg(i), 0));
         QObject::connect(values.back().get(), &DataValue::valueChanged, [&delivered] { ++delivered; });
     }
-    QList<QThread*> threads;
+    std::vector<std::thread> threads;
     for (int i = 0; i < kValues; ++i) {
         DataValue* v = values[i].get();
-        threads << QThread::create([v, i] {
+        threads.emplace_back([v, i] {
             for (int n = 1; n <= 1000; ++n) {
                 DataValue::EventLocker lock(v);
                 v->setValue(n * (i + 1));
             }
         });
-        threads.last()->start();
     }
-    for (QThread* t : threads) {
-        t->wait();
-        delete t;
-    }
+    for (std::thread& t : threads)
+        t.join();
     EXPECT_EQ(delivered, 0);
     EXPECT_EQ(DataValueManager::instance()->processPendingChanges(), kValues);
     EXPECT_EQ(delivered, kValues);

@@ -1,8 +1,8 @@
 #include "Logger.h"
 #include "LogCapture.h"
 
-#include <QThread>
 #include <gtest/gtest.h>
+#include <thread>
 
 static const char* const kLogSource = "../../../tests/LoggerTest";
 
@@ -63,15 +63,13 @@ TEST(Logger, CapturesNestAndRestoreThePreviousSink)
 TEST(Logger, RecordsFromOtherThreadsAreCaptured)
 {
     LogCapture capture;
-    QThread* t = QThread::create([] {
+    std::thread worker([] {
         for (int i = 0; i < 100; ++i)
             Logger::info(QStringLiteral("worker"));
     });
-    t->start();
     for (int i = 0; i < 100; ++i)
         Logger::info(QStringLiteral("main"));
-    t->wait();
-    delete t;
+    worker.join();
     EXPECT_EQ(capture.count(QStringLiteral("worker")), 100);
     EXPECT_EQ(capture.count(QStringLiteral("main")), 100);
 }

@@ -1,9 +1,10 @@
 #include "Singleton.h"
 #include "LogCapture.h"
 
-#include <QThread>
 #include <atomic>
 #include <gtest/gtest.h>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -33,16 +34,12 @@ TEST(Singleton, CreatedOnceAcrossThreads)
 {
     Singleton<Counted>::reset();
     gConstructed = 0;
-    QList<QThread*> threads;
+    std::vector<std::thread> threads;
     std::atomic<Counted*> seen[8];
-    for (int i = 0; i < 8; ++i) {
-        threads << QThread::create([&seen, i] { seen[i] = Singleton<Counted>::instance(); });
-        threads.last()->start();
-    }
-    for (QThread* t : threads) {
-        t->wait();
-        delete t;
-    }
+    for (int i = 0; i < 8; ++i)
+        threads.emplace_back([&seen, i] { seen[i] = Singleton<Counted>::instance(); });
+    for (std::thread& t : threads)
+        t.join();
     EXPECT_EQ(gConstructed.load(), 1);
     for (auto& s : seen)
         EXPECT_EQ(s.load(), Singleton<Counted>::instance());

@@ -2,9 +2,6 @@
 
 #include "Clock.h"
 
-#include <QDeadlineTimer>
-#include <QMutexLocker>
-
 void TouchDriver::queueEvent(int id, bool down, int x, int y)
 {
     queueEvent(id, down, x, y, Clock::current()->nowMilliseconds());
@@ -16,7 +13,7 @@ void TouchDriver::queueEvent(int id, bool down, int x, int y, qint64 timeMs)
     event.id = id;
     event.point = QPoint(x, y);
     event.timeMs = timeMs;
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     if (down) {
         event.state = mDown.contains(id) ? TouchMoved : TouchTouched;
         mDown.insert(id);
@@ -26,42 +23,38 @@ void TouchDriver::queueEvent(int id, bool down, int x, int y, qint64 timeMs)
         event.state = TouchReleased;
     }
     mQueue.append(event);
-    mQueued.wakeAll();
+    mQueued.notify_all();
 }
 
 QVector<TouchEvent> TouchDriver::getEvents()
 {
     QVector<TouchEvent> events;
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     events.swap(mQueue);
     return events;
 }
 
 bool TouchDriver::hasEvents() const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     return !mQueue.isEmpty();
 }
 
 bool TouchDriver::waitForEvents(int count, int timeoutMs)
 {
-    const QDeadlineTimer deadline(timeoutMs);
-    QMutexLocker lock(&mMutex);
-    while (mQueue.size() < count) {
-        if (!mQueued.wait(&mMutex, deadline))
-            return mQueue.size() >= count;
-    }
-    return true;
+    std::unique_lock<std::mutex> lock(mMutex);
+    return mQueued.wait_for(lock, std::chrono::milliseconds(timeoutMs),
+                            [this, count] { return mQueue.size() >= count; });
 }
 
 void TouchDriver::setSize(const QSize& size)
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     mSize = size;
 }
 
 QSize TouchDriver::size() const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     return mSize;
 }

@@ -3,11 +3,11 @@
 #include "OrbisUIFrameworkExport.h"
 #include "TouchEvent.h"
 
-#include <QMutex>
 #include <QSet>
 #include <QSize>
 #include <QVector>
-#include <QWaitCondition>
+#include <condition_variable>
+#include <mutex>
 
 /// Source of raw touches. Drivers may queue from any thread; the dispatcher takes the
 /// whole queue once per frame on the GUI thread.
@@ -37,8 +37,9 @@ public:
     QSize size() const;
 
 private:
-    mutable QMutex mMutex;
-    QWaitCondition mQueued;
+    // Standard primitives rather than Qt's: the thread sanitizer sees their ordering.
+    mutable std::mutex mMutex;
+    std::condition_variable mQueued;
     QVector<TouchEvent> mQueue;
     QSet<int> mDown;
     QSize mSize;

@@ -2,8 +2,8 @@
 #include "LogCapture.h"
 #include "support/ScopedDefaultCRS.h"
 
-#include <QThread>
 #include <gtest/gtest.h>
+#include <thread>
 
 using namespace NativeMaps;
 
@@ -66,10 +66,7 @@ TEST(MapCRS, SettingTheDefaultOffTheMainThreadAssertsButStillStores)
     MapCRS* const before = MapCRS::defaultCRS();
     MapCRSEPSG3857 crs;
     LogCapture capture;
-    QThread* worker = QThread::create([&crs] { MapCRS::setDefaultCRS(&crs); });
-    worker->start();
-    worker->wait();
-    delete worker;
+    std::thread([&crs] { MapCRS::setDefaultCRS(&crs); }).join();
     EXPECT_EQ(MapCRS::defaultCRS(), &crs);
     ASSERT_EQ(capture.records().size(), 1);
     EXPECT_EQ(
