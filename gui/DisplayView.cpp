@@ -14,9 +14,9 @@
 #include "TouchOwnership.h"
 
 #include <QMetaMethod>
-#include <QMutex>
 #include <QSet>
 #include <cstdlib>
+#include <mutex>
 
 static const char* const kLogSource = "../../../gui/DisplayView";
 
@@ -28,11 +28,11 @@ const QMatrix4x4 DisplayView::sIdentityMatrix;
 static QString sharedViewName(const QString& name)
 {
     static const int kMaxSharedNames = 4096;
-    static QMutex mutex;
+    static std::mutex mutex;
     static QSet<QString> names;
     if (name.isEmpty())
         return name;
-    QMutexLocker lock(&mutex);
+    std::lock_guard<std::mutex> lock(mutex);
     const auto found = names.constFind(name);
     if (found != names.cend())
         return *found;
