@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 static const char* const kLogSource = "../../../gui/control/ListView";
 
@@ -336,6 +337,7 @@ void ListView::layoutPass()
         if (DisplayView* view = obtainView(mDelegate->rowKind(row), leaving)) {
             mBound.insert(row, view);
             bind(view, row);
+            keepPaintOrder(view, row);
         }
     };
     for (int row = first; row <= last; ++row)
@@ -433,6 +435,17 @@ void ListView::bind(DisplayView* view, int row)
     mDelegate->bindRow(view, row);
     if (mDelegate->fixedRowHeight() <= 0 && mDelegate->rowHeight(row) <= 0)
         mHeights.setHeight(row, measure(view));
+}
+
+void ListView::keepPaintOrder(DisplayView* view, int row)
+{
+    // Rows paint in list order: a row handed over from the top to the bottom would
+    // otherwise paint first, and its items could not batch with its neighbours'.
+    const auto at = mBound.constFind(row);
+    if (at == mBound.cbegin())
+        view->lower();
+    else
+        view->raise(std::prev(at).value());
 }
 
 int ListView::measure(DisplayView* view) const

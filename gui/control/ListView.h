@@ -113,6 +113,8 @@ private:
     int pinnedTop(int header, int scrollY) const;
     DisplayView* obtainView(int kind, QList<QPair<DisplayView*, int>>& leaving);
     void bind(DisplayView* view, int row);
+    /// Puts a newly bound row's view between the views of its neighbouring rows.
+    void keepPaintOrder(DisplayView* view, int row);
     int measure(DisplayView* view) const;
     void retire(DisplayView* view, int row);
     void dropAllViews();

@@ -4,6 +4,7 @@
 #include "support/FingerFixture.h"
 
 #include <QSignalSpy>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -120,6 +121,17 @@ struct ListViewTest : FingerFixture
             }
             ASSERT_EQ(view->height(), list->rowHeight(row));
         }
+        // Row views paint in the order of their rows (a pinned header last).
+        QList<int> painted;
+        for (DisplayView* child : list->rowContainer()->children().list()) {
+            const int row = static_cast<RowView*>(child)->row;
+            if (rows.contains(row) && rowView(row) == child)
+                painted.append(row);
+        }
+        if (list->listOption(ListView::StickyHeaders) && painted.size() > 1 &&
+            painted.last() < painted[painted.size() - 2])
+            painted.removeLast();
+        ASSERT_TRUE(std::is_sorted(painted.begin(), painted.end())) << painted.size();
         const int top = std::max(0, scrollY()),
                   bottom = std::min(scrollY() + list->height(), list->rowTop(model.count()));
         for (int y = top; y < bottom; y += 10)
