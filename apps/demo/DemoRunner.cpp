@@ -69,6 +69,9 @@ int DemoRunner::run()
         QTextStream(stderr) << "orbis-demo needs an X display with OpenGL (try xvfb-run)\n";
         return 1;
     }
+    // Every screen of the demo paints the whole display: the screen's layer needs no
+    // alpha channel, and compositing it needs no blending.
+    mDevice->setLayerBackingType(ViewBuffer::OpaqueBacking);
     mStepMs = mDevice->timer()->interval();
     mVehicle = std::make_unique<VehicleSimulator>();
     if (mOptions.scene() == QLatin1String("scroll")) {

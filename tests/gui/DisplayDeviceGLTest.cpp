@@ -398,6 +398,23 @@ TEST_F(DisplayDeviceGLTest, EveryPaintRouteDrawsTheSameFrame)
     EXPECT_TRUE(sameAs(frame()));
 }
 
+TEST_F(DisplayDeviceGLTest, AnOpaqueScreenLayerShowsTheSamePixels)
+{
+    // A screen painted in full may drop its layer's alpha; translucent and smoothed
+    // content on it must come out exactly as before.
+    DisplayDevice& device = open();
+    add(device.views(), "back", QColor(30, 60, 90), QRect(0, 0, 64, 48));
+    add(device.views(), "half", QColor(255, 0, 0, 128), QRect(8, 8, 20, 20));
+    auto* ring = new RingView(device.views(), "ring");
+    ring->moveTo(16, 0);
+    ring->resizeTo(48, 48);
+    add(device.views(), "turned", QColor(0, 255, 0, 200), QRect(40, 20, 16, 16), true)->setAngle(30);
+    const QImage translucent = frame();
+    device.setLayerBackingType(ViewBuffer::OpaqueBacking);
+    device.markDirtyRectsForRendering(true, true);
+    EXPECT_EQ(frame(), translucent);
+}
+
 TEST_F(DisplayDeviceGLTest, LaterWindowsDrawWhatTheFirstDrew)
 {
     // Each window's context dies with it: what the shared atlases held there must
