@@ -83,9 +83,6 @@ DisplayView::~DisplayView()
         delete ext().mLayoutAction;
 }
 
-DisplayView::Extras::Extras() = default;
-DisplayView::Extras::~Extras() = default;
-
 ViewBuffer* DisplayView::layer() const
 {
     return mExtras ? mExtras->mLayer.get() : nullptr;

@@ -262,7 +262,7 @@ public:
     QRect transformedOpaqueRect() const;
     void setClip(const QRect& clip);
     void setOpaque(const QRect& opaque);
-    float alpha() const { return float(mAlpha); }
+    float alpha() const { return mAlpha; }
     float brightness() const;
     float scale() const;
     float angle() const;

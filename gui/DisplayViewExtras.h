@@ -46,7 +46,4 @@ struct ORBIS_UI_INTERNAL_EXPORT DisplayView::Extras
     float mBrightness = 1.0f;
     DataValue* mValueSource = nullptr;
     std::unique_ptr<ViewBuffer> mLayer;
-
-    Extras();
-    ~Extras();
 };
