@@ -16,6 +16,8 @@ class ORBIS_UI_EXPORT ICustomRenderer
 public:
     virtual ~ICustomRenderer() = default;
     /// `target` is in the pass's item coordinates, `source` in the renderer's own.
+    /// The scissor box is set to `state.clipRect`, the part of the surface that the
+    /// renderer may draw; one that sets its own scissor box keeps within it.
     virtual void render(const RenderState& state, const QRect& target, const QRect& source) = 0;
 };
 

@@ -475,19 +475,17 @@ void RenderItemBuilder::drawDisplayList(const TExplicitlySharedDataPointer<Displ
 {
     if (!list || target.isEmpty() || source.isEmpty())
         return;
-    auto* item = new DisplayListRenderItem(list, target, source, blend);
-    if (!matrix.isIdentity())
-        item->shaderUsage->setMatrix(matrix);
-    item->shaderUsage->setOpacity(mOpacity);
     // An optimised, opaque list that fills its source hides what lies beneath.
     const bool opaque =
         !blend && list->isOptimized() && QRegion(source).subtracted(list->coveredRegion()).isEmpty();
-    item->computeRects(target, opaque ? target : QRect());
-    if (outsideClip(item->bounds)) {
-        delete item;
-        return;
-    }
-    mItems.append(item);
+    appendConfined([&] {
+        auto* item = new DisplayListRenderItem(list, target, source, blend);
+        if (!matrix.isIdentity())
+            item->shaderUsage->setMatrix(matrix);
+        item->shaderUsage->setOpacity(mOpacity);
+        item->computeRects(target, opaque ? target : QRect());
+        return item;
+    });
 }
 
 void RenderItemBuilder::drawViewportDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list,
@@ -505,11 +503,35 @@ void RenderItemBuilder::drawWithCustomRenderer(ICustomRenderer* renderer, const 
 void RenderItemBuilder::drawWithCustomRenderer(ICustomRenderer* renderer, const QRect& target,
                                                const QRect& source, bool opaque, const QMatrix4x4& matrix)
 {
-    if (!renderer || outsideClip(RenderItem::mappedBounds(matrix, target)))
+    if (!renderer)
         return;
-    auto* item = new CommandRenderItem(renderer, target, source, matrix);
-    item->computeRects(target, opaque ? target : QRect(), matrix);
-    mItems.append(item);
+    appendConfined([&] {
+        auto* item = new CommandRenderItem(renderer, target, source, matrix);
+        item->computeRects(target, opaque ? target : QRect(), matrix);
+        return item;
+    });
+}
+
+void RenderItemBuilder::appendConfined(const std::function<RenderItem*()>& make)
+{
+    RenderItem* item = make();
+    if (!mHasClip) {
+        mItems.append(item);
+        return;
+    }
+    const QRegion confined = mClip & item->bounds;
+    if (confined.isEmpty()) {
+        delete item;
+        return;
+    }
+    for (const QRect& rect : confined) {
+        if (!item)
+            item = make();
+        item->bounds &= rect;
+        item->opaqueRect &= rect;
+        mItems.append(item);
+        item = nullptr;
+    }
 }
 
 } // namespace gfx

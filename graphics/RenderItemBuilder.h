@@ -134,6 +134,9 @@ public:
     /// Takes ownership of both.
     void drawCustom(ShaderUsage* usage, Geometry* geometry, const CustomShaderKey& shader);
 
+    /// Nested lists and custom renderers draw wherever their bounds reach: the clip
+    /// confines them through their bounds (the scissor box), one item for each of
+    /// its rectangles.
     void drawDisplayList(const TExplicitlySharedDataPointer<DisplayList>& list, const QRect& target,
                          const QRect& source, bool blend, const QMatrix4x4& matrix = QMatrix4x4());
     /// The list's (0, 0)-based content drawn into `viewport`, unscaled.
@@ -159,6 +162,9 @@ private:
     void appendShape(ShaderUsage* usage, const Shape& shape, bool textured);
     void appendTransformedShape(ShaderUsage* usage, const Shape& shape, const QMatrix4x4& matrix);
     bool outsideClip(const QRect& rect) const;
+    /// Appends the item that `make` builds, confined to each rectangle of the clip
+    /// that its bounds meet; `make` runs again for every further rectangle.
+    void appendConfined(const std::function<RenderItem*()>& make);
     void appendCoverage(const QPainterPath& outline,
                         const std::function<ShaderUsage*(const TextureKey& coverage)>& usageFor);
 

@@ -223,8 +223,13 @@ void render(const RenderState& state, DisplayList* list)
             render(state, static_cast<GeometryRenderItem*>(item), list);
             break;
         case RenderItem::kCustom:
-            if (CommandRenderItem* command = static_cast<CustomRenderItem*>(item)->customRenderItemCast())
-                command->run(state);
+            if (CommandRenderItem* command = static_cast<CustomRenderItem*>(item)->customRenderItemCast()) {
+                // The scissor box holds the renderer in; a renderer that sets its own
+                // finds the box in the clip rectangle.
+                RenderState confined = state;
+                confined.clipRect = clipped;
+                command->run(confined);
+            }
             break;
         case RenderItem::kSlice:
             render(state, static_cast<DisplayListSliceRenderItem*>(item));

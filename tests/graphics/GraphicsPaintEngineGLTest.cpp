@@ -1,4 +1,6 @@
 #include <DisplayList.h>
+#include <GLFunctions.h>
+#include <GLStateManager.h>
 #include <GraphicsPaintDevice.h>
 #include <ICustomRenderer.h>
 #include <RenderItemBuilder.h>
@@ -183,6 +185,60 @@ public:
         list->render(state);
     }
 };
+
+// Clears with GL itself, as the map renderer lays its background: only the scissor
+// box keeps it in place.
+class ClearRenderer : public ICustomRenderer
+{
+public:
+    void render(const RenderState&, const QRect&, const QRect&) override
+    {
+        GLStateManager::instance()->glClearColor(250 / 255.0f, 180 / 255.0f, 20 / 255.0f, 1.0f);
+        GLFunctions::current()->glClear(GL_COLOR_BUFFER_BIT);
+    }
+};
+
+TEST_F(GraphicsPaintEngineGLTest, CustomRenderersDrawOnlyInsideTheClip)
+{
+    FillRenderer fill;
+    ClearRenderer clear;
+    const QRect target(0, 0, 96, 96);
+    // Two rectangles, as a frame's damage often is, and the edge of a turned painter.
+    const QRegion clip = QRegion(8, 8, 30, 70) + QRegion(50, 20, 40, 30);
+    const PaintComparison compare(mGL, qRgba(20, 40, 60, 255));
+    const auto paint = [&](QPainter& p, qreal angle, const std::function<void(QPainter&)>& draw) {
+        p.fillRect(target, Qt::blue);
+        p.setClipRegion(clip);
+        p.translate(48, 48);
+        p.rotate(angle);
+        p.translate(-48, -48);
+        draw(p);
+        p.setClipping(false);
+        p.resetTransform();
+        p.fillRect(QRect(30, 30, 36, 36), QColor(0, 160, 0));
+    };
+    const QImage raster = compare.raster(
+        [&](QPainter& p) { paint(p, 0, [&](QPainter& q) { q.fillRect(target, QColor(250, 180, 20)); }); });
+    for (ICustomRenderer* renderer :
+         {static_cast<ICustomRenderer*>(&fill), static_cast<ICustomRenderer*>(&clear)}) {
+        const QImage engine = compare.engine([&](QPainter& p) {
+            paint(p, 0, [&](QPainter& q) {
+                GraphicsPaintEngine::of(q)->drawWithCustomRenderer(renderer, target, target, true);
+            });
+        });
+        EXPECT_EQ(PaintComparison::difference(engine, raster, kTolerance).pixels, 0)
+            << (renderer == &fill ? "through a list" : "through GL");
+    }
+    const QRect inner(28, 28, 40, 40);
+    const QImage turnedEngine = compare.engine([&](QPainter& p) {
+        paint(p, 30, [&](QPainter& q) {
+            GraphicsPaintEngine::of(q)->drawWithCustomRenderer(&fill, inner, inner, true);
+        });
+    });
+    const QImage turnedRaster = compare.raster(
+        [&](QPainter& p) { paint(p, 30, [&](QPainter& q) { q.fillRect(inner, QColor(250, 180, 20)); }); });
+    EXPECT_LE(PaintComparison::difference(turnedEngine, turnedRaster, kTolerance).pixels, kSlantedEdgePixels);
+}
 
 TEST_F(GraphicsPaintEngineGLTest, CustomRenderersTurnWithThePainter)
 {

@@ -212,3 +212,32 @@ TEST_F(MapViewGLTest, RouteAndCarAreDrawnOverTheTiles)
     EXPECT_GT(car.y(), 300);
     EXPECT_LT(qGray(image.pixel(car.toPoint())), 60);
 }
+
+TEST_F(MapViewGLTest, RouteAndCarStayWhenTheDamageHasSeveralRectangles)
+{
+    open();
+    map->setCamera(MapCamera(LocationCoordinate(0, 0), 2.0, 20, 40));
+    map->setRoute({LocationCoordinate(0, -100), LocationCoordinate(0, 100)});
+    map->addGpsFix(-10, 0, 0);
+    // Two small views at opposite corners: redrawn alone, the frame's damage is two
+    // rectangles, and the map is drawn once for each.
+    DisplayView* corners[2] = {new DisplayView(device->views(), "topLeft"),
+                               new DisplayView(device->views(), "bottomRight")};
+    for (DisplayView* corner : corners) {
+        corner->setBackgroundColor(SkinColor(Qt::red));
+        corner->resizeTo(16, 16);
+    }
+    corners[1]->moveTo(496, 496);
+    ASSERT_TRUE(settle());
+    const QImage before = picture();
+    for (DisplayView* corner : corners)
+        corner->update();
+    device->doTick();
+    const QImage after = device->layer()->framebuffer()->toImage();
+    EXPECT_EQ(PaintComparison::difference(before, after, 0).pixels, 0);
+    const QPointF car = map->viewPointFromLatLng(LocationCoordinate(-10, 0));
+    EXPECT_LT(qGray(after.pixel(car.toPoint())), 60);
+    EXPECT_EQ(opaque(after.pixel(8, 8)), opaque(QColor(Qt::red).rgb()));
+    for (DisplayView* corner : corners)
+        delete corner;
+}
