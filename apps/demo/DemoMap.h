@@ -7,9 +7,9 @@ class DataValue;
 class MapView;
 struct LocationCoordinate;
 
-// What the demo's maps share: generated tiles (no network needed), the route the
-// simulated car drives, and the position fixes the vehicle publishes, smoothed by
-// each map's GPS interpolator.
+// What the demo's maps share: generated tiles (no network needed) in the colours of
+// the current skin, the route the simulated car drives, and the position fixes the
+// vehicle publishes, smoothed by each map's GPS interpolator.
 class DemoMap : public QObject
 {
     Q_OBJECT
@@ -21,7 +21,9 @@ public:
 
 private slots:
     void positionChanged(DataValue* value);
+    void skinChanged();
 
 private:
     MapView* mMap;
+    bool mNight = false;
 };

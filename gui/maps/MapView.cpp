@@ -68,6 +68,7 @@ void MapView::setTileSource(NativeMaps::TileSource* source, NativeMaps::TileCach
         mLoader = new NativeMaps::TileLoader(mSource, mCache);
         connect(mLoader, &NativeMaps::TileLoader::tileReady, this, &MapView::tileArrived);
         mRenderer = std::make_unique<MapTileRenderer>(mLoader);
+        mRenderer->setBackground(mSource->background());
     }
     update();
 }

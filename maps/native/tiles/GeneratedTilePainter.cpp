@@ -13,16 +13,16 @@ namespace {
 
 constexpr double kEarthCircumference = 40075016.68557849; // metres
 
-const QColor kLand(242, 239, 233);
-const QColor kWater(170, 211, 223);
-const QColor kPark(205, 235, 176);
-const QColor kStreet(255, 255, 255);
-const QColor kStreetCasing(214, 208, 199);
-const QColor kAvenue(252, 246, 196);
-const QColor kAvenueCasing(214, 196, 150);
-const QColor kHighway(249, 178, 107);
-const QColor kHighwayCasing(206, 128, 62);
-const QColor kLabel(60, 60, 60);
+const GeneratedTilePainter::Palette kDayPalette{
+    QColor(242, 239, 233), QColor(170, 211, 223), QColor(205, 235, 176),     QColor(255, 255, 255),
+    QColor(214, 208, 199), QColor(252, 246, 196), QColor(214, 196, 150),     QColor(249, 178, 107),
+    QColor(206, 128, 62),  QColor(60, 60, 60),    QColor(255, 255, 255, 220)};
+// Dark land and water with roads a little lighter, so that the map does not glare at
+// night; labels turn light on a dark halo.
+const GeneratedTilePainter::Palette kNightPalette{
+    QColor(38, 42, 50), QColor(24, 43, 64),    QColor(36, 56, 44),     QColor(74, 80, 92),
+    QColor(30, 33, 40), QColor(102, 96, 72),   QColor(44, 42, 34),     QColor(156, 104, 58),
+    QColor(74, 48, 28), QColor(196, 202, 212), QColor(20, 22, 28, 220)};
 
 // Grid spacings as powers of two of the world: streets every 2^-18 of the world
 // (about 150 m at the equator), avenues every 8th street, highways every 8th avenue.
@@ -182,6 +182,11 @@ struct RoadClass
 
 } // namespace
 
+const GeneratedTilePainter::Palette& GeneratedTilePainter::palette(Style style)
+{
+    return style == NightMap ? kNightPalette : kDayPalette;
+}
+
 QColor GeneratedTilePainter::testPatternColor(const TileId& tile)
 {
     const int hue = int(hash2(tile.x, tile.y, quint32(tile.zoom) * 7919u) % 360u);
@@ -236,6 +241,7 @@ void GeneratedTilePainter::paintTestPattern(QPainter& painter, const TileId& til
 
 void GeneratedTilePainter::paintMap(QImage& image, const TileId& tile) const
 {
+    const Palette& colours = palette(mStyle);
     const int zoom = tile.zoom;
     const double world = worldPixelsAt(zoom, mSize);
     const double originX = double(tile.x) * mSize, originY = double(tile.y) * mSize;
@@ -290,7 +296,7 @@ void GeneratedTilePainter::paintMap(QImage& image, const TileId& tile) const
             }
             water[y * mSize + x] = float(cover);
             const double parkCover = 1 - coverage(sample(park, px, py, &g), g);
-            const QColor c = blend(kLand, kPark, parkCover);
+            const QColor c = blend(colours.land, colours.park, parkCover);
             // RGBA8888 in memory order: bytes r, g, b, a.
             uchar* p = reinterpret_cast<uchar*>(line + x);
             p[0] = uchar(c.red());
@@ -316,14 +322,14 @@ void GeneratedTilePainter::paintMap(QImage& image, const TileId& tile) const
             for (qint64 i = i0; i <= i1; ++i) {
                 if (unit(hash2(i, j, 97)) >= 0.05)
                     continue;
-                painter.fillRect(QRectF(i * block, j * block, block, block), kPark);
+                painter.fillRect(QRectF(i * block, j * block, block, block), colours.park);
             }
         }
     }
 
-    const RoadClass streets{kStreetShift, 14, 10, 1.0, kStreet, kStreetCasing};
-    const RoadClass avenues{kAvenueShift, 11, 18, 1.2, kAvenue, kAvenueCasing};
-    const RoadClass highways{kHighwayShift, 9, 28, 1.5, kHighway, kHighwayCasing};
+    const RoadClass streets{kStreetShift, 14, 10, 1.0, colours.street, colours.streetCasing};
+    const RoadClass avenues{kAvenueShift, 11, 18, 1.2, colours.avenue, colours.avenueCasing};
+    const RoadClass highways{kHighwayShift, 9, 28, 1.5, colours.highway, colours.highwayCasing};
     auto drawRoads = [&](const RoadClass& road, bool highwaysOnly) {
         if (zoom < road.minZoom)
             return;
@@ -364,9 +370,9 @@ void GeneratedTilePainter::paintMap(QImage& image, const TileId& tile) const
             const float w = water[y * mSize + x];
             if (w <= 0)
                 continue;
-            p[0] = uchar(p[0] + (kWater.red() - p[0]) * w + 0.5f);
-            p[1] = uchar(p[1] + (kWater.green() - p[1]) * w + 0.5f);
-            p[2] = uchar(p[2] + (kWater.blue() - p[2]) * w + 0.5f);
+            p[0] = uchar(p[0] + (colours.water.red() - p[0]) * w + 0.5f);
+            p[1] = uchar(p[1] + (colours.water.green() - p[1]) * w + 0.5f);
+            p[2] = uchar(p[2] + (colours.water.blue() - p[2]) * w + 0.5f);
         }
     }
 
@@ -411,9 +417,9 @@ void GeneratedTilePainter::paintMap(QImage& image, const TileId& tile) const
                 painter.translate(centre);
                 if (vertical)
                     painter.rotate(-90);
-                painter.strokePath(
-                    text, QPen(QColor(255, 255, 255, 220), 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-                painter.fillPath(text, kLabel);
+                painter.strokePath(text,
+                                   QPen(colours.labelHalo, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+                painter.fillPath(text, colours.label);
                 painter.restore();
             }
         }

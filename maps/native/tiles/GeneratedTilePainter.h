@@ -21,11 +21,31 @@ public:
     enum Style
     {
         Map,
+        /// The same map in dark colours, for a display's night skin.
+        NightMap,
         /// One flat colour per tile (testPatternColor) inside a border of
         /// kTestPatternBorderColor, kTestPatternBorder pixels wide: what a tile test
         /// can check pixel by pixel.
         TestPattern
     };
+
+    /// The colours of a map style.
+    struct Palette
+    {
+        QColor land;
+        QColor water;
+        QColor park;
+        QColor street;
+        QColor streetCasing;
+        QColor avenue;
+        QColor avenueCasing;
+        QColor highway;
+        QColor highwayCasing;
+        QColor label;
+        QColor labelHalo;
+    };
+    /// The map's colours for `style` (TestPattern has the day map's).
+    static const Palette& palette(Style style);
 
     static constexpr int kTestPatternBorder = 4;
     static QColor testPatternColor(const TileId& tile);

@@ -10,7 +10,7 @@ namespace NativeMaps {
 ConfigIntValue TileWorkers("maps/tile_workers", 2);
 
 GeneratedTileSource::GeneratedTileSource(GeneratedTilePainter::Style style, QObject* parent)
-    : TileSource(parent), mPainter(style), mShared(std::make_shared<Shared>())
+    : TileSource(parent), mStyle(style), mPainter(style), mShared(std::make_shared<Shared>())
 {
     mPool.setMaxThreadCount(qMax(1, TileWorkers.value()));
 }
@@ -23,6 +23,19 @@ GeneratedTileSource::~GeneratedTileSource()
     }
     mPool.clear();
     mPool.waitForDone();
+}
+
+QString GeneratedTileSource::name() const
+{
+    switch (mStyle) {
+    case GeneratedTilePainter::NightMap:
+        return QStringLiteral("generated-night");
+    case GeneratedTilePainter::TestPattern:
+        return QStringLiteral("generated-test");
+    case GeneratedTilePainter::Map:
+        break;
+    }
+    return QStringLiteral("generated");
 }
 
 void GeneratedTileSource::request(const TileId& tile)

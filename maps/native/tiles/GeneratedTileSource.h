@@ -22,10 +22,13 @@ public:
                                  QObject* parent = nullptr);
     ~GeneratedTileSource() override;
 
-    QString name() const override { return QStringLiteral("generated"); }
+    /// "generated", with "-night" or "-test" for the other styles: each style's tiles
+    /// are kept apart in a cache.
+    QString name() const override;
     void request(const TileId& tile) override;
     void cancel(const TileId& tile) override;
     int maxZoom() const override { return 20; }
+    QColor background() const override { return GeneratedTilePainter::palette(mStyle).land; }
 
     /// Waits for the tiles being drawn (their answers still arrive as events).
     void waitForDone() { mPool.waitForDone(); }
@@ -41,6 +44,7 @@ private:
 
     void deliver(const TileId& tile, const QByteArray& data);
 
+    GeneratedTilePainter::Style mStyle;
     GeneratedTilePainter mPainter;
     std::shared_ptr<Shared> mShared;
     QThreadPool mPool;

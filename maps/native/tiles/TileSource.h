@@ -4,6 +4,7 @@
 #include "TileId.h"
 
 #include <QByteArray>
+#include <QColor>
 #include <QObject>
 #include <QString>
 
@@ -28,6 +29,8 @@ public:
     virtual bool cachesTiles() const { return true; }
     virtual int minZoom() const { return 0; }
     virtual int maxZoom() const { return 19; }
+    /// The colour a map shows where a tile has not come yet: the tiles' land.
+    virtual QColor background() const { return QColor(242, 239, 233); }
 
 signals:
     void tileLoaded(NativeMaps::TileSource* source, NativeMaps::TileId tile, QByteArray data);

@@ -4,6 +4,8 @@
 #include "ManualClock.h"
 #include "input/touch/MouseTouchDriver.h"
 #include "input/touch/TouchDevice.h"
+#include "maps/MapTileRenderer.h"
+#include "native/tiles/GeneratedTileSource.h"
 
 #include <QSignalSpy>
 #include <cmath>
@@ -160,4 +162,15 @@ TEST_F(MapViewTest, CameraIsKeptWithinItsLimits)
     EXPECT_NEAR(map->camera().center.longitude(), -170.0, 1e-9);
     map->setTilt(-5);
     EXPECT_EQ(map->camera().tilt, 0.0);
+}
+
+TEST_F(MapViewTest, WhereNoTileCameTheSourcesLandShows)
+{
+    using NativeMaps::GeneratedTilePainter;
+    map->setTileSource(new NativeMaps::GeneratedTileSource(GeneratedTilePainter::NightMap));
+    EXPECT_EQ(map->tileRenderer()->background(),
+              GeneratedTilePainter::palette(GeneratedTilePainter::NightMap).land);
+    map->setTileSource(new NativeMaps::GeneratedTileSource);
+    EXPECT_EQ(map->tileRenderer()->background(),
+              GeneratedTilePainter::palette(GeneratedTilePainter::Map).land);
 }

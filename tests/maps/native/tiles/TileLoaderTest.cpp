@@ -206,6 +206,42 @@ TEST(GeneratedTileTest, MapsShowLandWaterParksAndStreetsWithNamesOnlyClose)
     EXPECT_GT(darkShare(painter.paint(TileId(17, 20966, 50656))), 100);
 }
 
+TEST(GeneratedTileTest, NightMapDrawsTheSameMapInItsOwnColours)
+{
+    const GeneratedTilePainter day, night(GeneratedTilePainter::NightMap);
+    const GeneratedTilePainter::Palette& dayColours =
+        GeneratedTilePainter::palette(GeneratedTilePainter::Map);
+    const GeneratedTilePainter::Palette& nightColours =
+        GeneratedTilePainter::palette(GeneratedTilePainter::NightMap);
+    // Close enough for streets, parks and names.
+    const TileId tile(17, 20966, 50656);
+    const QImage d = day.paint(tile), n = night.paint(tile);
+    int land = 0, landAtNight = 0;
+    qint64 dayGray = 0, nightGray = 0;
+    for (int y = 0; y < d.height(); ++y) {
+        for (int x = 0; x < d.width(); ++x) {
+            dayGray += qGray(d.pixel(x, y));
+            nightGray += qGray(n.pixel(x, y));
+            if (d.pixel(x, y) != dayColours.land.rgb())
+                continue;
+            ++land;
+            landAtNight += n.pixel(x, y) == nightColours.land.rgb();
+        }
+    }
+    EXPECT_GT(land, d.width() * d.height() / 5);
+    EXPECT_EQ(landAtNight, land);
+    EXPECT_LT(nightGray * 3, dayGray);
+
+    // Each style keeps its tiles apart in a cache, and shows its land where none came.
+    const GeneratedTileSource dayTiles, nightTiles(GeneratedTilePainter::NightMap),
+        pattern(GeneratedTilePainter::TestPattern);
+    EXPECT_EQ(dayTiles.name(), QStringLiteral("generated"));
+    EXPECT_EQ(nightTiles.name(), QStringLiteral("generated-night"));
+    EXPECT_EQ(pattern.name(), QStringLiteral("generated-test"));
+    EXPECT_EQ(dayTiles.background(), dayColours.land);
+    EXPECT_EQ(nightTiles.background(), nightColours.land);
+}
+
 TEST(GeneratedTileTest, TestPatternIsOneColourInsideABorder)
 {
     const GeneratedTilePainter painter(GeneratedTilePainter::TestPattern, 64);
