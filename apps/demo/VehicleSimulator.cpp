@@ -105,13 +105,13 @@ double VehicleSimulator::toNextCorner(double metres) const
 
 VehicleSimulator::State VehicleSimulator::state() const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     return mState;
 }
 
 void VehicleSimulator::advanceTo(qint64 ms)
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     while (mState.timeMs + kStepMs <= ms) {
         const qint64 before = mState.timeMs;
         step(kStepMs);
@@ -217,7 +217,7 @@ void VehicleSimulator::start()
     mStartMs = Clock::current()->nowMilliseconds();
     mStop = false;
     {
-        QMutexLocker lock(&mMutex);
+        std::lock_guard<std::mutex> lock(mMutex);
         publish(true);
     }
     mThread = std::thread([this] {

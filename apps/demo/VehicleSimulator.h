@@ -1,10 +1,10 @@
 #pragma once
 
 #include <LocationCoordinate.h>
-#include <QMutex>
 #include <QString>
 #include <QVector>
 #include <atomic>
+#include <mutex>
 #include <thread>
 
 // A car driving laps of a route through the generated street grid, with a media
@@ -75,7 +75,7 @@ private:
     QVector<double> mLegStart; // metres from the start of the lap to each point
     double mLapMetres = 0;
 
-    mutable QMutex mMutex;
+    mutable std::mutex mMutex;
     State mState;
     int mSkipSeen = 0;
     qint64 mStartMs = 0;

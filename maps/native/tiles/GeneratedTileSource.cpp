@@ -18,7 +18,7 @@ GeneratedTileSource::GeneratedTileSource(GeneratedTilePainter::Style style, QObj
 GeneratedTileSource::~GeneratedTileSource()
 {
     {
-        QMutexLocker lock(&mShared->mutex);
+        std::lock_guard<std::mutex> lock(mShared->mutex);
         mShared->wanted.clear();
     }
     mPool.clear();
@@ -41,7 +41,7 @@ QString GeneratedTileSource::name() const
 void GeneratedTileSource::request(const TileId& tile)
 {
     {
-        QMutexLocker lock(&mShared->mutex);
+        std::lock_guard<std::mutex> lock(mShared->mutex);
         if (mShared->wanted.contains(tile))
             return;
         mShared->wanted.insert(tile);
@@ -51,7 +51,7 @@ void GeneratedTileSource::request(const TileId& tile)
     QPointer<GeneratedTileSource> self(this);
     mPool.start(QRunnable::create([shared, painter, tile, self] {
         {
-            QMutexLocker lock(&shared->mutex);
+            std::lock_guard<std::mutex> lock(shared->mutex);
             if (!shared->wanted.contains(tile))
                 return;
         }
@@ -68,14 +68,14 @@ void GeneratedTileSource::request(const TileId& tile)
 
 void GeneratedTileSource::cancel(const TileId& tile)
 {
-    QMutexLocker lock(&mShared->mutex);
+    std::lock_guard<std::mutex> lock(mShared->mutex);
     mShared->wanted.remove(tile);
 }
 
 void GeneratedTileSource::deliver(const TileId& tile, const QByteArray& data)
 {
     {
-        QMutexLocker lock(&mShared->mutex);
+        std::lock_guard<std::mutex> lock(mShared->mutex);
         if (!mShared->wanted.remove(tile))
             return;
     }

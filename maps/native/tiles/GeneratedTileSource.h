@@ -4,10 +4,10 @@
 #include "OrbisUIFrameworkExport.h"
 #include "TileSource.h"
 
-#include <QMutex>
 #include <QSet>
 #include <QThreadPool>
 #include <memory>
+#include <mutex>
 
 namespace NativeMaps {
 
@@ -38,7 +38,7 @@ private:
     /// worker skips one cancelled before it started.
     struct Shared
     {
-        QMutex mutex;
+        std::mutex mutex;
         QSet<TileId> wanted;
     };
 
