@@ -53,6 +53,7 @@ public:
 
     explicit GeneratedTilePainter(Style style = Map, int tileSize = 256) : mStyle(style), mSize(tileSize) {}
 
+    Style style() const { return mStyle; }
     QImage paint(const TileId& tile) const;
 
     /// Whether the land/water field puts water at a world position (0..1 both ways).

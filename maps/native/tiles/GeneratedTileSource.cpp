@@ -10,7 +10,7 @@ namespace NativeMaps {
 ConfigIntValue TileWorkers("maps/tile_workers", 2);
 
 GeneratedTileSource::GeneratedTileSource(GeneratedTilePainter::Style style, QObject* parent)
-    : TileSource(parent), mStyle(style), mPainter(style), mShared(std::make_shared<Shared>())
+    : TileSource(parent), mPainter(style), mShared(std::make_shared<Shared>())
 {
     mPool.setMaxThreadCount(qMax(1, TileWorkers.value()));
 }
@@ -27,7 +27,7 @@ GeneratedTileSource::~GeneratedTileSource()
 
 QString GeneratedTileSource::name() const
 {
-    switch (mStyle) {
+    switch (mPainter.style()) {
     case GeneratedTilePainter::NightMap:
         return QStringLiteral("generated-night");
     case GeneratedTilePainter::TestPattern:

@@ -28,7 +28,7 @@ public:
     void request(const TileId& tile) override;
     void cancel(const TileId& tile) override;
     int maxZoom() const override { return 20; }
-    QColor background() const override { return GeneratedTilePainter::palette(mStyle).land; }
+    QColor background() const override { return GeneratedTilePainter::palette(mPainter.style()).land; }
 
     /// Waits for the tiles being drawn (their answers still arrive as events).
     void waitForDone() { mPool.waitForDone(); }
@@ -44,7 +44,6 @@ private:
 
     void deliver(const TileId& tile, const QByteArray& data);
 
-    GeneratedTilePainter::Style mStyle;
     GeneratedTilePainter mPainter;
     std::shared_ptr<Shared> mShared;
     QThreadPool mPool;
