@@ -37,9 +37,6 @@ case "$sanitize" in
     # The style churn test makes a million styles; a tenth of that shows the same
     # under the slower allocator.
     export ORBIS_STYLE_CHURN=100000
-    # llvmpipe's raster threads still running at exit crashed the leak checker's
-    # stop-the-world tracer once ("Tracer caught signal 11"); one thread avoids it.
-    export LP_NUM_THREADS=0
     ;;
   thread)
     build="${ORBIS_BUILD_DIR:-$root/build-tsan}"
