@@ -47,9 +47,9 @@ case "$sanitize" in
     # cross-thread state uses standard primitives, which the sanitizer sees.
     export TSAN_OPTIONS="suppressions=$suppressions/tsan.supp:halt_on_error=1:second_deadlock_stack=1:ignore_noninstrumented_modules=1"
     # Tests whose code runs on more than one thread: data values, the touch
-    # driver's reader and queue, the screenshot worker, logging, singletons and
-    # the GUI-thread checks.
-    args=(-R 'DataValueTest\.|ValueBinding\.|Logger\.|Singleton\.|EvdevTouchDriver\.|VirtualTouchDevice\.|TouchFixture\.|DisplayDeviceGLTest\.Screenshots|MapCRS\.Setting|TextureCacheTest\.OtherThreads' "${args[@]}")
+    # driver's reader and queue, the screenshot worker, logging, singletons, the
+    # GUI-thread checks, the generated tiles' painters and the demo's vehicle.
+    args=(-R 'DataValueTest\.|ValueBinding\.|Logger\.|Singleton\.|EvdevTouchDriver\.|VirtualTouchDevice\.|TouchFixture\.|DisplayDeviceGLTest\.Screenshots|MapCRS\.Setting|TextureCacheTest\.OtherThreads|GeneratedTileTest\.SourceDelivers|VehicleSimulatorTest\.OnItsOwnThread' "${args[@]}")
     ;;
   *)
     echo "run-tests: --sanitize takes address,undefined or thread" >&2

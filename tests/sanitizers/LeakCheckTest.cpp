@@ -30,7 +30,8 @@ TEST(LeakCheck, ALeakFailsTheTestProgram)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QString::fromLatin1(kLeakingChild), QStringLiteral("1"));
     child.setProcessEnvironment(environment);
-    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=LeakCheck.LeakingChild")});
+    child.start(QCoreApplication::applicationFilePath(),
+                {QStringLiteral("--gtest_filter=LeakCheck.LeakingChild")});
     ASSERT_TRUE(child.waitForFinished(120000));
     const QString out = QString::fromLocal8Bit(child.readAllStandardOutput());
     const QString err = QString::fromLocal8Bit(child.readAllStandardError());

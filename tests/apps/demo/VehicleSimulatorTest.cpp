@@ -3,9 +3,11 @@
 #include "VehicleData.h"
 
 #include <DataValueManager.h>
+#include <ManualClock.h>
 #include <QSignalSpy>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 
@@ -110,6 +112,31 @@ TEST_F(VehicleSimulatorTest, MediaFollowsPlayPauseAndSkipRequests)
     write(VehicleData::mediaSkipRequest, read(VehicleData::mediaSkipRequest) - 2);
     sim.advanceTo(8200);
     EXPECT_EQ(sim.state().track, VehicleSimulator::tracks().size() - 1);
+}
+
+// Started, the simulator drives on its own thread by the clock while the GUI
+// thread reads what it publishes; stopped, it stands still.
+TEST_F(VehicleSimulatorTest, OnItsOwnThreadTheCarDrivesByTheClockUntilStopped)
+{
+    ManualClock clock(5000);
+    sim.start();
+    sim.start();
+    EXPECT_TRUE(sim.isRunning());
+    clock.advanceMs(2000);
+    for (int wait = 0; wait < 1000 && sim.state().timeMs < 2000; ++wait) {
+        DataValueManager::instance()->processPendingChanges();
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    DataValueManager::instance()->processPendingChanges();
+    EXPECT_EQ(sim.state().timeMs, 2000);
+    EXPECT_EQ(read(VehicleData::speed), std::round(sim.state().speedKmh));
+
+    sim.stop();
+    EXPECT_FALSE(sim.isRunning());
+    clock.advanceMs(2000);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_EQ(sim.state().timeMs, 2000);
+    sim.stop();
 }
 
 } // namespace
