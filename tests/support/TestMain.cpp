@@ -3,7 +3,6 @@
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/lsan_interface.h>
-#define ORBIS_CHECK_LEAKS_IN_MAIN 1
 #endif
 
 // Every test program runs inside a QApplication: views, timers, fonts and GL
@@ -18,7 +17,7 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     const int result = RUN_ALL_TESTS();
-#ifdef ORBIS_CHECK_LEAKS_IN_MAIN
+#if defined(__SANITIZE_ADDRESS__)
     // Look for leaks now, while every thread is alive and idle and every library
     // still loaded, and not at exit. At exit Qt's X event and D-Bus threads are on
     // their way out (QThread::wait() returns before the thread has gone) and its
