@@ -18,9 +18,8 @@ TEST(LeakCheck, LeakingChild)
     lost = nullptr;
 }
 
-// The sanitizer suite's leak check runs from the test programs' main, once the
-// tests are done: a program whose tests all pass must still fail when a test
-// lost memory.
+// The sanitizer suite checks each test program for leaks as it exits: a program
+// whose tests all pass must still fail when a test lost memory.
 TEST(LeakCheck, ALeakFailsTheTestProgram)
 {
 #if !defined(__SANITIZE_ADDRESS__)
